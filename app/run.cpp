@@ -1,0 +1,65 @@
+#include "app/run.h"
+
+#include <string_view>
+
+#include "config/store.h"
+#include "lang/lang_text.h"
+#include "lang/text_ids.h"
+#include "menus/main_menu.h"
+#include "tui/columns.h"
+#include "tui/diag.h"
+#include "tui/editors.h"
+#include "tui/terminal.h"
+
+namespace {
+
+int fail(const char* message, int status) {
+  print("%s", message);
+  flush();
+  return status;
+}
+
+/// Asks whether to save, and saves. The files are written here and nowhere else.
+void ask_and_save() {
+  const char* hint = yesnostr(LangText[text::yes], LangText[text::no]);
+  print("\n\r%s %s : ", LangText[text::save_question], hint);
+  if (test_key() != upper_case(first_letter(LangText[text::yes]))) {
+    DataChanged = 0;
+    return;
+  }
+  copy_record(INI, INI1);
+  const int error = SaveINI();
+  print("\n\r%s", LangText[error == 0 ? text::saved : text::save_failed]);
+  print("\n\r");
+  sleepp(1000);
+}
+
+}  // namespace
+
+void getprgdir(const char* path, char* dir, std::size_t size) {
+  const std::string_view whole(path);
+  const std::size_t slash = whole.rfind('/');
+  const std::string_view folder = slash == std::string_view::npos ? "." : whole.substr(0, slash);
+  const std::size_t length = folder.copy(dir, size - 2);
+  dir[length] = '/';
+  dir[length + 1] = '\0';
+}
+
+int run(const char* program) {
+  getprgdir(program, ProgramDir, sizeof ProgramDir);
+  if (LoadINI() != 0) return fail("\n\rCannot load initialization file !", 2);
+  bDebug = INI.system.DebugMode;
+  bDebugLog = INI.system.DebugLog;
+  if (AllocText() != 0) return fail("\n\rLow memory for strings !", 4);
+  if (LoadText(harrier, static_cast<signed char>(INI.system.Language)) != 0) {
+    FreeText();
+    return fail("\n\rCannot load language strings file !", 5);
+  }
+  copy_record(INI1, INI);
+  main_menu();
+  if (DataChanged != 0) ask_and_save();
+  print("\n\r");
+  FreeText();
+  give_terminal_back();
+  return DataChanged != 0 ? 1 : 0;
+}

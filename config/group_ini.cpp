@@ -1,0 +1,66 @@
+#include "config/group_ini.h"
+
+#include <unistd.h>
+
+#include "config/ini_reader.h"
+#include "config/ini_writer.h"
+#include "config/replace_file.h"
+
+namespace {
+
+std::string group_path(int number) {
+  char name[] = "group_xx.ini";
+  name[6] = static_cast<char>('0' + number / 10);
+  name[7] = static_cast<char>('0' + number % 10);
+  return program_path(name);
+}
+
+/// Section `UPS`: the members that there are, under the first key names.
+void write_members(std::string& out, const Family& family, const Group& group) {
+  write_section_header(out, family, 0);
+  std::size_t used = 0;
+  for (const Field& member : family.fields) {
+    if (number_at(member, &group) == 0) continue;
+    Field named = member;
+    named.key = family.fields[used++].key;
+    write_field(out, named, &group);
+  }
+  out += '\n';
+}
+
+std::string format_group(const Group& group) {
+  const auto families = families_of(group_file);
+  constexpr std::size_t largest = 65536;
+  std::string out;
+  out.reserve(largest);
+  write_file_header(out);
+  write_family(out, families[0], &group);
+  write_members(out, families[1], group);
+  write_family(out, families[2], group.events);
+  return out;
+}
+
+}  // namespace
+
+int LoadGroupsINI() {
+  int result = 0;
+  for (g_index = 0; g_index < group_count; ++g_index) {
+    result = EncodeINIFile(group_file, group_path(g_index).c_str());
+  }
+  return result;
+}
+
+int SaveGroupsINI() {
+  int written = 0;
+  for (const Group& group : INI.group) {
+    const std::string path = group_path(written);
+    if (group.Name.empty()) {
+      unlink(path.c_str());
+      continue;
+    }
+    ++written;
+    const int error = replace_file(path, format_group(group));
+    if (error != 0) return error;
+  }
+  return 0;
+}

@@ -1,0 +1,48 @@
+#include "config/line_reader.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+// O_NONBLOCK keeps a named pipe without a writer from holding the start up forever.
+LineReader::LineReader(const char* path)
+    : fd_(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {}
+
+LineReader::~LineReader() {
+  if (fd_ >= 0) close(fd_);
+}
+
+bool LineReader::refill() {
+  if (ended_) return false;
+  ssize_t got;
+  do {
+    got = read(fd_, buffer_, sizeof buffer_);
+  } while (got < 0 && errno == EINTR);
+  at_ = 0;
+  end_ = got > 0 ? static_cast<std::size_t>(got) : 0;
+  ended_ = end_ == 0;
+  return !ended_;
+}
+
+bool LineReader::next(char* line, std::size_t limit, std::size_t& length) {
+  std::size_t used = 0;
+  bool complete = false;
+  while (!complete && used < limit) {
+    if (at_ == end_ && !refill()) break;
+    const std::size_t room = std::min(limit - used, end_ - at_);
+    // Copies up to and with the line feed.
+    const void* behind = memccpy(line + used, buffer_ + at_, '\n', room);
+    complete = behind != nullptr;
+    const std::size_t taken =
+        complete ? static_cast<std::size_t>(static_cast<const char*>(behind) - (line + used))
+                 : room;
+    used += taken;
+    at_ += taken;
+  }
+  line[used] = '\0';
+  length = std::strlen(line);
+  return used != 0;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+/// A text of fixed width inside the configuration record: zero-filled behind its end, and without
+/// a terminator when it fills all N bytes. `view` is the only way out and `assign` the only way
+/// in, so that nothing ever reads past the field.
+template <std::size_t N>
+struct Text {
+  char bytes[N];
+
+  std::string_view view() const { return {bytes, strnlen(bytes, N)}; }
+  bool empty() const { return bytes[0] == '\0'; }
+
+  /// Stores `s`, cut to N bytes, and clears the rest, so that a value typed again leaves the same
+  /// bytes. `s` must not point into this field.
+  void assign(std::string_view s) {
+    const std::size_t used = s.copy(bytes, N);
+    std::memset(bytes + used, 0, N - used);
+  }
+};

@@ -1,0 +1,153 @@
+#include "lang/lang_text.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "config/line_reader.h"
+#include "tui/columns.h"
+#include "tui/diag.h"
+
+char* LangText[text_count];
+char LangFileVersion[32];
+char LM[50][100];
+char sys_mess[20][30] = {
+    "On Line",         "On Battery",       "Shutdown",         "Shutdown Stopped", "UPS Shutdown",
+    "Shutdown Cancel", "Battery Low",      "Battery OK",       "Overload",         "Load OK",
+    "Overheated",      "Temperature OK",   "Bypass On",        "Bypass Off",       "UPS Fault",
+    "UPS OK",          "No Communication", "Communication OK", "Test Failed",      "Test Passed",
+};
+
+namespace {
+
+constexpr const char* headers[] = {nullptr,     "[Merlin]",  "[Osprey]",
+                                   "[Harrier]", "[Skylark]", "[Wren]"};
+
+constexpr std::size_t line_limit = 298;
+constexpr std::size_t key_length = 9;              // of "String000"
+constexpr std::size_t counted = key_length + 102;  // characters of a text line that count
+constexpr std::string_view version_key = "Version:";
+constexpr std::size_t version_size = 20;
+
+/// `prefix` and the number in at least three digits, as "%03d" has it.
+void name_number(char* name, std::string_view prefix, int number) {
+  name += prefix.copy(name, prefix.size());
+  if (number >= 1000) *name++ = static_cast<char>('0' + number / 1000);
+  *name++ = static_cast<char>('0' + number / 100 % 10);
+  *name++ = static_cast<char>('0' + number / 10 % 10);
+  *name++ = static_cast<char>('0' + number % 10);
+  *name = '\0';
+}
+
+void set_default(int number) { name_number(LangText[number], "Text ", number); }
+
+/// A line before the section: without its line end. The last character goes whatever it is, so that
+/// a file must end its lines.
+std::string_view header_line(const char* line, std::size_t length) {
+  if (length < 2) return {};
+  return {line, line[length - 2] == '\r' ? length - 2 : length - 1};
+}
+
+/// A line of the section, without a line end if it has one.
+std::string_view text_line(const char* line, std::size_t length) {
+  std::string_view text(line, length);
+  if (text.ends_with('\n')) text.remove_suffix(1);
+  if (text.ends_with('\r')) text.remove_suffix(1);
+  return cut_bytes(text, counted);
+}
+
+void note_version(std::string_view line) {
+  if (!line.starts_with(version_key) || line.size() <= version_key.size() + 1) return;
+  std::string_view version = line.substr(version_key.size());
+  if (version.starts_with(' ')) version.remove_prefix(1);
+  LangFileVersion[version.copy(LangFileVersion, version_size)] = '\0';
+}
+
+/// Reads up to the header of the section. False when the file has none.
+bool find_section(LineReader& file, std::string_view header) {
+  char line[line_limit + 1];
+  std::size_t length;
+  while (file.next(line, line_limit, length)) {
+    const std::string_view text = header_line(line, length);
+    if (text == header) return true;
+    note_version(text);
+  }
+  return false;
+}
+
+/// Takes text `number` out of its line. False when the line is another one.
+bool store_text(int number, std::string_view line) {
+  char key[key_length + 2];
+  name_number(key, "String", number);
+  const std::size_t equals = line.find('=');
+  if (equals == std::string_view::npos || line.substr(0, equals) != key) return false;
+  constexpr std::size_t before_text = 2;  // "=" and the opening quote
+  std::string_view text;
+  if (line.size() > equals + before_text) text = line.substr(equals + before_text);
+  const std::size_t closing = text.rfind('"');
+  if (closing != std::string_view::npos) text = text.substr(0, closing);
+  text = cut_bytes(text, text_size - 1);
+  LangText[number][text.copy(LangText[number], text.size())] = '\0';
+  return true;
+}
+
+void load_section(LineReader& file) {
+  char line[line_limit + 1];
+  std::size_t length;
+  for (int number = 0; number < text_count; ++number) {
+    if (!file.next(line, line_limit, length))
+      set_default(number);
+    else if (!store_text(number, text_line(line, length)))
+      return;
+  }
+}
+
+/// The monitoring agent and the sibling program take some of their texts from tables of their own.
+void fill_tables() {
+  constexpr int first_status = 80;
+  for (int i = 0; i < 20; ++i) {
+    std::snprintf(sys_mess[i], sizeof sys_mess[i], "%s", LangText[first_status + i]);
+  }
+  for (int i = 0; i < 50; ++i) std::snprintf(LM[i], sizeof LM[i], "%s", LangText[1 + i]);
+  const std::size_t used = std::strlen(LM[0]);
+  std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version 5.3.0");
+}
+
+}  // namespace
+
+int AllocText() {
+  for (int number = 0; number < text_count; ++number) {
+    LangText[number] = static_cast<char*>(std::malloc(text_size));
+    if (LangText[number] == nullptr) return 1;
+    set_default(number);
+  }
+  return 0;
+}
+
+int LoadText(int program, signed char language) {
+  if (program < merlin || program > wren) return 2;
+  char path[program_dir_size + 32];
+  std::snprintf(path, sizeof path, program == skylark ? "%slang1_%02d.ini" : "%slang_%02d.ini",
+                ProgramDir, language);
+  char message[sizeof path + 32];
+  LineReader file(path);
+  if (!file.opened()) {
+    std::snprintf(message, sizeof message, "\n\rCannot open file %s ", path);
+    printfc(message);
+    return 1;
+  }
+  LangFileVersion[0] = '\0';
+  if (!find_section(file, headers[program])) {
+    std::snprintf(message, sizeof message, "\n\rCannot found section %s ", headers[program]);
+    printfc(message);
+    return 2;
+  }
+  load_section(file);
+  if (program == merlin || program == skylark) fill_tables();
+  return 0;
+}
+
+void FreeText() {
+  for (char* text : LangText) std::free(text);
+}

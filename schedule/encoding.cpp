@@ -1,0 +1,106 @@
+#include "schedule/encoding.h"
+
+#include <string>
+
+ScheduleEntry ShedAction;
+ScheduleEntry ShedAction1;
+
+namespace {
+
+/// Bytes of the text form; every one takes two digits.
+constexpr int code_bytes = 9;
+static_assert(2 * code_bytes < sizeof(ScheduleEntry::code));
+
+void append_byte(std::string& code, std::uint32_t number, int shift) {
+  constexpr char digits[] = "0123456789ABCDEF";
+  code += digits[number >> (shift + 4) & 15];
+  code += digits[number >> shift & 15];
+}
+
+/// A hexadecimal digit as its distance from "0"; any other character gives some number.
+int digit(char c) {
+  if (c >= 'A' && c <= 'F') return c - 7 - '0';
+  if (c >= 'a' && c <= 'f') return c - 39 - '0';
+  return c - '0';
+}
+
+}  // namespace
+
+void EncodeSchedules() {
+  for (ScheduleEntry& entry : INI.schedule) {
+    if (entry.action == 0) {
+      entry = {};
+      continue;
+    }
+    ShedAction1 = entry;
+    std::string code;
+    for (const int shift : {24, 16, 8, 0}) {
+      append_byte(code, static_cast<std::uint32_t>(entry.time), shift);
+    }
+    for (const int shift : {8, 0}) append_byte(code, entry.ups, shift);
+    for (const std::uint8_t byte : {entry.action, entry.type, entry.day}) {
+      append_byte(code, byte, 0);
+    }
+    ShedAction1.code.assign(code);
+    entry = ShedAction1;
+  }
+}
+
+void DecodeSchedules() {
+  for (ScheduleEntry& entry : INI.schedule) {
+    if (entry.code.empty()) continue;
+    // A short code reads on behind its end: all 18 places lie within the field.
+    std::uint8_t byte[code_bytes];
+    for (int i = 0; i < code_bytes; ++i) byte[i] = get_hex(entry.code.bytes + 2 * i);
+    ShedAction1 = entry;
+    ShedAction1.time =
+        static_cast<std::int32_t>(std::uint32_t{byte[0]} << 24 | std::uint32_t{byte[1]} << 16 |
+                                  std::uint32_t{byte[2]} << 8 | byte[3]);
+    ShedAction1.ups = static_cast<std::uint16_t>(byte[4] << 8 | byte[5]);
+    ShedAction1.action = byte[6];
+    ShedAction1.type = byte[7];
+    ShedAction1.day = byte[8];
+    entry = ShedAction1;
+  }
+}
+
+std::uint8_t get_hex(const char* text) {
+  return static_cast<std::uint8_t>(digit(text[0]) * 16 + digit(text[1]));
+}
+
+int TestSchedules(std::int64_t now, const Record& record, int index) {
+  const std::int64_t minute = minute_of(now);
+  const auto minute_time = static_cast<std::time_t>(minute);
+  const std::tm* local = std::localtime(&minute_time);
+  const ScheduleEntry& entry = record.schedule[index];
+  if (local == nullptr || entry.action == 0) return 0;
+
+  const std::tm now_local = *local;  // the next call uses the same memory
+  const auto entry_time = static_cast<std::time_t>(entry.time);
+  const std::tm* at = std::localtime(&entry_time);
+  if (at == nullptr || !schedule_fires(entry, *at, now_local, minute)) return 0;
+  ShedAction = entry;
+  return 1;
+}
+
+std::int64_t minute_of(std::int64_t now) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(now) / 60 * 60);
+}
+
+bool schedule_fires(const ScheduleEntry& entry, const std::tm& at, const std::tm& now,
+                    std::int64_t minute) {
+  if (now.tm_hour != at.tm_hour || now.tm_min != at.tm_min) return false;
+  if (entry.last / 60 == minute / 60) return false;
+  switch (entry.type) {
+    case 1:
+      return now.tm_mday == at.tm_mday && now.tm_mon == at.tm_mon && now.tm_year == at.tm_year;
+    case 2:
+      return true;
+    case 3:
+      return now.tm_wday == entry.day;
+    case 4:
+      return now.tm_mday == entry.day;
+    default:
+      return false;
+  }
+}

@@ -1,0 +1,25 @@
+# shellcheck shell=bash
+# To be sourced in the root of the tree. What every script builds with, and how.
+
+# shellcheck source=scripts/need.sh
+source scripts/need.sh
+
+build_needs=(cmake ninja-build g++)
+# shellcheck disable=SC2034
+test_needs=("${build_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clang libclang-rt-dev
+  libbenchmark-dev libinih-dev)
+
+# build PRESET TARGET [OPTION...]
+# Configures with the options and builds the target. Quiet unless it fails: then the whole log is
+# shown.
+build() {
+  local preset=$1 target=$2 log=build/$1.log
+  shift 2
+  mkdir -p build
+  if ! { cmake --preset "$preset" "$@" &&
+    cmake --build --preset "$preset" --target "$target" -j "$(nproc)"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "The $preset build failed; its log is $log" >&2
+    return 1
+  fi
+}

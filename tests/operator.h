@@ -1,0 +1,162 @@
+#pragma once
+
+#include <sys/resource.h>
+#include <sys/types.h>
+#include <vterm.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tests/folder.h"
+
+/// How a character is shown: colours by their ANSI number, black 0 to white 7, -1 for the
+/// terminal's own.
+struct Look {
+  int foreground;
+  int background;
+  bool bold;
+  bool operator==(const Look&) const = default;
+};
+
+constexpr Look white{7, 0, true};
+constexpr Look dim_white{7, 0, false};
+constexpr Look cyan{6, 0, true};
+constexpr Look green{2, 0, true};
+constexpr Look red{1, 0, true};
+constexpr Look dim_red{1, 0, false};
+constexpr Look plain{-1, -1, false};
+
+std::ostream& operator<<(std::ostream& out, const Look& look);
+
+struct Cell {
+  std::string text;  // one character as UTF-8, a blank where nothing was written
+  Look look;
+};
+
+/// How the program is started.
+struct Options {
+  int rows = 24;
+  int cols = 80;
+
+  /// The name it is called by, from its folder as current directory; without a slash it is looked
+  /// up in the PATH, which begins with the folder.
+  std::string name = "./harrier";
+
+  std::map<std::string, std::string> environment = {};  // on top of that of the tests
+  std::optional<std::string> input = {};                // standard input is a pipe with this
+  std::vector<std::pair<__rlimit_resource_t, rlim_t>> limits = {};  // as by setrlimit
+};
+
+/// A person at a terminal who has started the program there: types keys, reads the screen.
+///
+/// Everything that looks at the terminal first waits until the program has settled: it has read
+/// whatever was typed, nothing that it wrote is on its way, and it waits or has ended. Never sleep
+/// in a case. A program in one of its pauses counts as waiting, so that its message can be read;
+/// what comes after the pause has to be awaited by `expect`, or by `choose`, which awaits a menu.
+///
+/// What cannot be done, or does not come within 10 s (60 s with sanitizers), fails the case, shows
+/// the screen and the last steps, and ends the case by an exception. So does the program's own
+/// report of a memory error, in the destructor, without ending the case.
+///
+/// The program is started like a shell does it, in the foreground process group of a terminal
+/// session, so that the keys for signals work and it can be stopped and continued.
+class Operator {
+ public:
+  explicit Operator(const Folder& folder, const Options& options = {});
+  ~Operator();  // kills the program if it still runs
+  Operator(const Operator&) = delete;
+  Operator& operator=(const Operator&) = delete;
+
+  /// Sends bytes as they are, however many, reading what the program writes meanwhile.
+  void type(std::string_view keys);
+  void up(int times = 1);
+  void down(int times = 1);
+  void enter();  // "\r", which the terminal turns into a line feed unless it is told not to
+
+  /// Moves the arrow to the item with this number ("7", "6.1", "10") by Up or Down, and presses
+  /// Enter. Waits for a menu first.
+  void choose(std::string_view number);
+
+  /// Chooses one item after the other: "1/7/2".
+  void open(std::string_view path);
+
+  /// Moves the arrow to this row of the screen.
+  void point(int row);
+
+  /// Chooses item 0 of the screen.
+  void leave();
+
+  /// Leaves one screen after the other until the program ends, and returns its exit status. When it
+  /// asks whether to save, types the answer and Enter; without an answer the question is a failure,
+  /// and so is an answer without a question.
+  int quit(std::string_view answer = "");
+
+  std::string row(int number);  // from 1, without blanks at its end
+  std::string screen();         // all rows, without the empty ones at the end
+  int arrow();                  // the row of the mark "-->", 0 if there is none
+  bool shows(std::string_view text);
+  void expect(std::string_view text);  // waits until the screen shows it, over pauses too
+
+  Cell cell(int row, int col);                // from 1
+  Look look(int row, std::string_view text);  // of the text's first character in that row
+  Look look(std::string_view text);           // in the first row that has it
+  bool cursor_visible();
+  std::pair<int, int> cursor();  // row and column, from 1
+  int bells();                   // how often the bell has rung
+
+  bool echo();       // the terminal shows what is typed
+  bool canonical();  // the terminal collects whole lines
+
+  void resize(int rows, int cols);
+  void signal(int number);  // to the program alone
+
+  /// Pulls the terminal away. The session's leader does not pass the hang-up on, as a shell might:
+  /// what the program meets is the end of its input. `signal(SIGHUP)` is the other half.
+  void hang_up();
+
+  bool stopped();  // waits until the program is stopped by a signal
+
+  /// Waits for the end. The exit status, or 128 and the signal that ended the program.
+  int exit_status();
+  bool ended();
+
+  std::string output();  // every byte that the program has written so far
+  pid_t pid() const { return pid_; }
+
+ private:
+  void pump(int milliseconds);
+  bool settled();
+  void settle();
+  bool all_keys_read() const;
+  void await(const std::function<bool()>& condition, const std::string& what);
+  void note(std::string_view step);
+  [[noreturn]] void lose(const std::string& what);
+  Cell cell_now(int row, int col) const;
+  std::string row_now(int number) const;
+  std::string screen_now() const;
+  int arrow_now() const;
+
+  int rows_;
+  int cols_;
+  pid_t leader_ = -1;  // of the session, it reports what becomes of the program
+  pid_t pid_ = -1;
+  int master_ = -1;
+  int slave_ = -1;  // our own, to ask the terminal
+  int report_ = -1;
+  std::optional<int> status_;  // as by waitpid
+  std::string output_;
+  std::string trail_;  // what has been done so far
+  VTerm* terminal_;
+  VTermScreen* screen_;
+  bool cursor_visible_ = true;
+  int bells_ = 0;
+};
+
+/// Replaces keys by what can be read: "\r" by "<Enter>", an arrow by "<Up>".
+std::string readable(std::string_view keys);

@@ -1,0 +1,175 @@
+#include "tui/editors.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "tui/columns.h"
+#include "tui/screen.h"
+#include "tui/terminal.h"
+
+char yes_no[21];
+char yes_no_str[256];
+
+namespace {
+
+// The widest field is the 260 bytes of a file name; longer lines of numbers are cut here.
+constexpr std::size_t line_size = 260;
+constexpr std::size_t number_size = 200;
+constexpr std::size_t word_size = 200;
+
+bool ends_line(char byte) { return byte == '\n' || byte == '\r'; }
+
+bool blank(char byte) { return byte == ' ' || (byte >= '\t' && byte <= '\r'); }
+
+/// Reads a line of which at most `limit` bytes are kept, in whole characters, and rings for every
+/// byte beyond them.
+std::string read_bounded(std::size_t limit, bool must_type) {
+  constexpr std::size_t longest_character = 4;
+  std::string line;
+  for (std::size_t count = 0;;) {
+    const char byte = read_line_byte();
+    if (ends_line(byte)) {
+      if (line.empty() && must_type) continue;
+      return std::string(cut_bytes(line, limit));
+    }
+    if (++count > limit) beep();
+    if (count <= limit + longest_character) line += byte;
+  }
+}
+
+void edit_text(char* destination, std::size_t size, bool must_type) {
+  const std::string typed = read_bounded(std::min(size, line_size) - 2, must_type);
+  if (typed.empty() || typed[0] == '\0' || typed[0] == '\033') return;
+  std::strncpy(destination, typed.c_str(), size);
+}
+
+/// One word, as "%200s" reads it; what stands behind it stays in the line.
+std::string read_word(std::size_t limit) {
+  char byte;
+  do {
+    byte = read_line_byte();
+  } while (blank(byte));
+  std::string word(1, byte);
+  while (word.size() < limit) {
+    byte = read_line_byte();
+    if (blank(byte)) break;
+    word += byte;
+  }
+  return word;
+}
+
+std::string answer_letter(const char* text) { return to_utf8(lower_case(first_letter(text))); }
+
+}  // namespace
+
+void ussleep(long microseconds) { pause_us(microseconds == 1 ? 20 : microseconds); }
+
+void sleepp(long milliseconds) { ussleep(milliseconds * 1000); }
+
+void s_tick() { ussleep(1); }
+
+void print_refusal(const char* message) {
+  print("\a\n%s\n", message);
+  ussleep(message_pause);
+}
+
+void get_str(char* destination, std::size_t size, const char* prompt) {
+  print("\n%s\t", prompt);
+  print_escapeseq(value);
+  edit_text(destination, size, false);
+}
+
+void get_str1(char* destination, std::size_t size, const char* prompt) {
+  print("\n%s: ", prompt);
+  edit_text(destination, size, false);
+}
+
+void get_prtk(char* destination, std::size_t size, const char* prompt) {
+  print("\n%s: ", prompt);
+  edit_text(destination, size, true);
+}
+
+std::uint16_t get_int1(std::uint16_t minimum, std::uint16_t maximum, std::uint16_t current, int,
+                       const char* refusal) {
+  std::string typed;
+  for (char byte = read_line_byte(); !ends_line(byte); byte = read_line_byte()) {
+    if (typed.size() < number_size) typed += byte;
+  }
+  std::uint32_t number = current;
+  const bool kept = typed.empty() || typed[0] == '\033';
+  if (!kept) number = static_cast<std::uint32_t>(std::strtol(typed.c_str(), nullptr, 10));
+  print_escapeseq(normal);
+  if (kept) return current;
+  if (number >= minimum && number <= maximum) return static_cast<std::uint16_t>(number);
+  print_refusal(refusal);
+  return current;
+}
+
+std::uint16_t get_int(std::uint16_t minimum, std::uint16_t maximum, const char* prompt,
+                      const char* refusal) {
+  for (;;) {
+    if (prompt != nullptr) print("%s", prompt);
+    const std::string word = read_word(word_size);
+    if (word[0] != '\033') {
+      const auto number = static_cast<std::uint16_t>(std::strtol(word.c_str(), nullptr, 10));
+      if (number >= minimum && number <= maximum) return number;
+    }
+    print("\a\n%s\n", refusal);
+  }
+}
+
+const char* yesno(int flag, const char* yes_text, const char* no_text) {
+  const char* text = flag != 0 ? yes_text : no_text;
+  if (text != nullptr) {
+    const std::string_view word = cut_bytes(text, sizeof yes_no - 1);
+    yes_no[word.copy(yes_no, word.size())] = '\0';
+  }
+  return yes_no;
+}
+
+const char* yesnostr(const char* yes_text, const char* no_text) {
+  if (yes_text != nullptr && no_text != nullptr) {
+    std::snprintf(yes_no_str, sizeof yes_no_str, "[%s=%s,%s=%s]", answer_letter(yes_text).c_str(),
+                  yes_text, answer_letter(no_text).c_str(), no_text);
+  }
+  return yes_no_str;
+}
+
+int get_yesno(const char* yes_text, const char* no_text, const char* question) {
+  print("\n%s %s : ", question, yesnostr(yes_text, no_text));
+  const std::string word = read_word(word_size);
+  return lower_case(first_letter(word)) == lower_case(first_letter(yes_text)) ? 1 : 0;
+}
+
+char32_t test_key() {
+  constexpr std::size_t answer_size = 10;
+  return upper_case(first_letter(read_word(answer_size)));
+}
+
+int getnum(const char* text, std::uint16_t& result) {
+  std::uint32_t number = 0;
+  int digits = 0;
+  for (; text[digits] >= '0' && text[digits] <= '9'; ++digits) {
+    number = number * 10 + static_cast<std::uint32_t>(text[digits] - '0');
+  }
+  result = static_cast<std::uint16_t>(number);
+  return digits;
+}
+
+int run_command(const char* command) { return run_in_terminal(command); }
+
+void menu_insert_value(const char* label) {
+  print_escapeseq(clear_screen);
+  cursor_gotopos(7, 0, 0);
+  print_line(1);
+  print_line(3);
+  print_center(label);
+  print_line(3);
+  print_line(1);
+  print_line(0);
+  print("\n\r      %s:\t", label);
+  print_escapeseq(value);
+}

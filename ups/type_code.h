@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+/// What a type code tells about a UPS.
+struct UpsModel {
+  char text[51];        // the code itself, up to 50 characters of it, or "Unknow model"
+  std::uint8_t number;  // 14, 21 or 30; 255 when unknown
+  std::uint8_t flag;    // 1 for the TARVO line
+  std::uint16_t baud;   // 1200, 2400, 4800 or 9600
+};
+
+/// The result of the last call of `FindUpsModelTxt`, whether it succeeded or not.
+extern UpsModel FindModel;
+
+/// Decodes the code that is printed on a UPS: a product line in its first five characters and the
+/// speed of its serial line in the seventh, 12 characters or more in all. Returns `FindModel`, or
+/// null for a code that belongs to no product line which the service supports.
+const UpsModel* FindUpsModelTxt(const char* code);

@@ -1,0 +1,60 @@
+#include "ups/ups_line.h"
+
+#include "config/record.h"
+#include "lang/lang_text.h"
+#include "menus/screen_kit.h"
+#include "tui/columns.h"
+#include "ups/type_code.h"
+
+namespace {
+
+constexpr int name_columns = 16;
+constexpr int model_columns = 18;
+
+template <std::size_t N>
+std::string shown(const Text<N>& text) {
+  return printable(text.view());
+}
+
+std::string link(int slot, LinkValues rfc1628) {
+  const UPS& ups = INI1.ups[slot];
+  switch (ups.Connection) {
+    case serial_link:
+      return format("%s - %s - %02u", LangText[text::serial_line], shown(ups.Port).c_str(),
+                    ups.Address);
+    case snmp_link:
+      return format("SNMP - %s - %u", shown(ups.IPAddress).c_str(), ups.Device);
+    case tcp_ip_link:
+      return format("TCP/IP - %s - %u", shown(ups.IPAddress).c_str(), ups.Device);
+    case rfc1628_link: {
+      const UPS& source = rfc1628 == LinkValues::saved ? INI.ups[slot] : ups;
+      return format("SNMP(1628) - %s - %u", shown(source.Port).c_str(), source.Device);
+    }
+    default:
+      return LangText[text::unknown_connection];
+  }
+}
+
+}  // namespace
+
+std::string ups_line(int slot, LinkValues rfc1628) {
+  if (!ups_in_use(slot)) return LangText[text::unused];
+  std::string name = shown(INI1.ups[slot].Name);
+  std::string model = ups_model(slot);
+  return dopln(name, name_columns, " ") + " " + dopln(model, model_columns, " ") + " " +
+         link(slot, rfc1628);
+}
+
+std::string ups_model(int slot) {
+  const std::string code(INI1.ups[slot].Type.view());
+  return FindUpsModelTxt(code.c_str()) == nullptr ? LangText[text::unknown_model]
+                                                  : printable(FindModel.text);
+}
+
+bool ups_in_use(int slot) { return slot >= 0 && slot < ups_count && !INI1.ups[slot].Name.empty(); }
+
+int ups_used() {
+  int used = 0;
+  for (int slot = 0; slot < ups_count; ++slot) used += ups_in_use(slot) ? 1 : 0;
+  return used;
+}

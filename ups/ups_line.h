@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// How one UPS of the working copy is described, in the list of UPSs and wherever one is chosen.
+
+/// The kinds of link that `Connection` of a UPS tells apart.
+enum Link : std::uint16_t { serial_link = 0, snmp_link = 2, tcp_ip_link = 3, rfc1628_link = 5 };
+
+/// Where the values of an RFC 1628 link come from: the list shows those that are saved, so that an
+/// unsaved change does not show there; the choosers of the schedule editor show what is being
+/// edited.
+enum class LinkValues { saved, edited };
+
+/// What stands behind the number of a slot, 0 to 15: name, model and link in columns, or text 335
+/// for a free slot.
+std::string ups_line(int slot, LinkValues rfc1628);
+
+/// The model of a UPS: its type code when that decodes, otherwise text 249.
+std::string ups_model(int slot);
+
+/// Whether a slot is in use; false for a number outside the table.
+bool ups_in_use(int slot);
+
+/// How many slots are in use.
+int ups_used();
