@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "config/ini_reader.h"
 #include "config/ini_writer.h"
 #include "config/replace_file.h"
@@ -53,14 +55,13 @@ int LoadGroupsINI() {
 int SaveGroupsINI() {
   int written = 0;
   for (const Group& group : INI.group) {
-    const std::string path = group_path(written);
-    if (group.Name.empty()) {
-      unlink(path.c_str());
-      continue;
-    }
-    ++written;
-    const int error = replace_file(path, format_group(group));
+    if (group.Name.empty()) continue;
+    const int error = replace_file(group_path(written++), format_group(group));
     if (error != 0) return error;
   }
-  return 0;
+  // Each unused group deletes the file that the next one in use would get. That one replaces the
+  // file anyway, so only unused groups behind the last one in use leave a gap.
+  if (!INI.group[group_count - 1].Name.empty()) return 0;
+  const bool deleted = unlink(group_path(written).c_str()) == 0;
+  return deleted || errno == ENOENT || errno == EISDIR ? 0 : errno;
 }

@@ -6,6 +6,6 @@ int LoadGroupsINI();
 
 /// Writes the groups in use from `INI` to the lowest file numbers. Every group that is not in use
 /// deletes the file that the next written group would get; files of higher numbers stay, and are
-/// loaded again at the next start. Returns 0 or the errno of the first file that failed; the groups
-/// after it are not written.
+/// loaded again at the next start. Returns 0 or the errno of the first file that could not be
+/// written or deleted; the groups after it are not written.
 int SaveGroupsINI();

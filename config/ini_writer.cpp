@@ -57,7 +57,7 @@ void write_family(std::string& out, const Family& family, const void* entries) {
     const char* entry =
         static_cast<const char*>(entries) + static_cast<std::size_t>(i) * family.size;
     if (family.only_used && !in_use(family.fields[0], entry)) continue;
-    alignas(std::uint64_t) char filled[sizeof(EmailConfig)];
+    alignas(std::uint64_t) char filled[sizeof(EmailConfig)];  // the largest entry with defaults
     if (family.defaults != nullptr) {
       std::memcpy(filled, entry, family.size);
       family.defaults(filled);

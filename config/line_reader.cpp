@@ -24,6 +24,7 @@ bool LineReader::refill() {
   at_ = 0;
   end_ = got > 0 ? static_cast<std::size_t>(got) : 0;
   ended_ = end_ == 0;
+  has_nul_ = has_nul_ || std::memchr(buffer_, '\0', end_) != nullptr;
   return !ended_;
 }
 
@@ -43,6 +44,6 @@ bool LineReader::next(char* line, std::size_t limit, std::size_t& length) {
     at_ += taken;
   }
   line[used] = '\0';
-  length = std::strlen(line);
+  length = has_nul_ ? std::strlen(line) : used;
   return used != 0;
 }

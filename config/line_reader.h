@@ -25,6 +25,7 @@ class LineReader {
 
   int fd_;
   bool ended_ = false;
+  bool has_nul_ = false;  // without one, no line has to be searched for its end
   std::size_t at_ = 0;
   std::size_t end_ = 0;
   char buffer_[16384];

@@ -7,9 +7,11 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
+
+/// Neither a terminal nor a pipe in the place of a file holds the program up.
+constexpr int open_flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 /// A file descriptor that is closed at the end of its block.
 class Descriptor {
@@ -71,95 +73,99 @@ int write_from_start(int fd, std::string_view contents, bool regular) {
   return error == 0 ? flush(fd) : error;
 }
 
-/// Writes over an existing file, and puts its old contents back if that fails.
-int overwrite(const std::string& path, std::string_view contents) {
-  // A readable file is wanted for the way back; a write-only one is written all the same.
-  Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
-  bool readable = file.fd >= 0;
-  if (!readable) file.fd = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-  struct stat info;
-  if (file.fd < 0 || fstat(file.fd, &info) != 0) return errno;
-  const bool regular = S_ISREG(info.st_mode);
+/// Writes over the file `path`, open for writing as `old`, and puts its old contents back if that
+/// fails.
+int overwrite(const std::string& path, Descriptor& old, bool regular, std::string_view contents) {
+  // A file that may be written but not read has no way back and is written all the same.
+  Descriptor source(regular ? open(path.c_str(), O_RDONLY | open_flags) : -1);
   std::string before;
-  if (regular && readable) readable = read_all(file.fd, before) == 0;
+  const bool known = source.fd >= 0 && read_all(source.fd, before) == 0;
 
-  int error = write_from_start(file.fd, contents, regular);
-  if (error != 0 && regular && readable) write_from_start(file.fd, before, true);
-  const int close_error = file.close();
+  int error = write_from_start(old.fd, contents, regular);
+  if (error != 0 && known) write_from_start(old.fd, before, regular);
+  const int close_error = old.close();
   return error != 0 ? error : close_error;
 }
 
-/// A fresh file in the place that `name` will give it, with the owner and the permissions of `old`
-/// (null when there is none yet). Returns 0, or an error after which nothing is left behind.
-int create_beside(std::string& name, const struct stat* old, Descriptor& fresh) {
-  fresh.fd = mkostemp(name.data(), O_CLOEXEC);
-  if (fresh.fd < 0) return errno;
+/// Replaces `path` by the name behind its symbolic links, also where the last of them leads to a
+/// file that does not exist.
+int follow_links(std::string& path) {
+  char link[PATH_MAX];
+  for (;;) {  // opening the file has shown that the links come to an end
+    const ssize_t length = readlink(path.c_str(), link, sizeof link);
+    if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
+    // What a link says counts from its own folder; `rfind` gives -1 for a path without one.
+    path.erase(link[0] == '/' ? 0 : path.rfind('/') + 1);
+    path.append(link, static_cast<std::size_t>(length));
+  }
+}
+
+/// Gives a fresh file the owner and the permissions of the old one, or those of any new file when
+/// `old` is null.
+int take_over(int fd, const struct stat* old) {
   mode_t mode = 0;
-  if (old != nullptr) {
-    mode = old->st_mode & 07777;
-  } else {
+  if (old == nullptr) {
     const mode_t mask = umask(0);
     umask(mask);
     mode = 0666 & ~mask;
+  } else {
+    // Always, since the folder may have given the file a group of its own.
+    if (fchown(fd, old->st_uid, old->st_gid) != 0) return errno;
+    mode = old->st_mode & 07777;
   }
-  const bool owned = old == nullptr || (old->st_uid == geteuid() && old->st_gid == getegid());
-  if ((owned || fchown(fresh.fd, old->st_uid, old->st_gid) == 0) && fchmod(fresh.fd, mode) == 0) {
-    return 0;
-  }
-  const int error = errno;
-  unlink(name.c_str());
+  return fchmod(fd, mode) == 0 ? 0 : errno;
+}
+
+/// Puts a new file in the place of `path`. After an error nothing has changed.
+int swap(const std::string& path, const struct stat* old, std::string_view contents) {
+  std::string name = path + ".XXXXXX";
+  Descriptor fresh(mkostemp(name.data(), O_CLOEXEC));
+  if (fresh.fd < 0) return errno;
+  int error = take_over(fresh.fd, old);
+  if (error == 0) error = write_all(fresh.fd, contents);
+  if (error == 0) error = flush(fresh.fd);
+  const int close_error = fresh.close();
+  if (error == 0) error = close_error;
+  if (error == 0 && rename(name.c_str(), path.c_str()) != 0) error = errno;
+  if (error != 0) unlink(name.c_str());
   return error;
+}
+
+/// Whether a file that may be written may yet not be swapped: the folder is not ours or read-only,
+/// the file has an owner to whom we cannot give one, or it is a mount point.
+bool cannot_swap(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
 }
 
 }  // namespace
 
 int replace_file(const std::string& path, std::string_view contents) {
   // Opening for writing fails exactly where the file may not be written, and harms nothing.
-  const Descriptor old(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
-  const int open_error = errno;
-  struct stat info;
-  struct stat* existing = nullptr;
+  Descriptor old(open(path.c_str(), O_WRONLY | open_flags));
+  if (old.fd < 0 && errno != ENOENT) return errno;
+  const bool exists = old.fd >= 0;
+  struct stat info = {};
+  if (exists && fstat(old.fd, &info) != 0) return errno;
+  const bool regular = S_ISREG(info.st_mode);
+  if (exists && (!regular || info.st_nlink != 1)) return overwrite(path, old, regular, contents);
+
   std::string target = path;
-  if (old.fd >= 0) {
-    if (fstat(old.fd, &info) != 0) return errno;
-    existing = &info;
-    if (!S_ISREG(info.st_mode) || info.st_nlink != 1) return overwrite(path, contents);
-    struct stat link;
-    if (lstat(path.c_str(), &link) != 0) return errno;
-    char resolved[PATH_MAX];
-    if (S_ISLNK(link.st_mode)) {
-      if (realpath(path.c_str(), resolved) == nullptr) return errno;
-      target = resolved;
-    }
-  } else if (open_error != ENOENT) {
-    return open_error;
-  } else if (lstat(path.c_str(), &info) == 0) {
-    return overwrite(path, contents);  // a link to a file that does not exist yet
-  }
-
-  std::string name = target + ".XXXXXX";
-  Descriptor fresh(-1);
-  int error = create_beside(name, existing, fresh);
-  if (error == EACCES || error == EPERM) return overwrite(path, contents);
+  int error = follow_links(target);
   if (error != 0) return error;
-
-  error = write_all(fresh.fd, contents);
-  if (error == 0) error = flush(fresh.fd);
-  const int close_error = fresh.close();
-  if (error == 0) error = close_error;
-  if (error == 0 && rename(name.c_str(), target.c_str()) != 0) error = errno;
-  if (error != 0) {
-    unlink(name.c_str());
-    return error;
-  }
-  return target == path ? 0 : sync_folder(target);
+  error = swap(target, exists ? &info : nullptr, contents);
+  if (exists && cannot_swap(error)) return overwrite(path, old, regular, contents);
+  return error != 0 || target == path ? error : sync_folder(target);
 }
 
 int sync_folder(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string name = slash == std::string::npos ? "." : path.substr(0, slash + 1);
   Descriptor folder(open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.fd < 0) return errno;
+  if (folder.fd < 0) {
+    if (errno != EACCES) return errno;
+    sync();  // a folder that may be used but not listed cannot be flushed on its own
+    return 0;
+  }
   const int error = flush(folder.fd);
   const int close_error = folder.close();
   return error != 0 ? error : close_error;

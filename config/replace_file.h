@@ -9,9 +9,10 @@
 /// (POSIX rename is atomic). Owner, group and permissions stay those of the old file; a symbolic
 /// link stays a link.
 ///
-/// A file that cannot be swapped without losing something (it has further hard links, is no regular
-/// file, lies in a folder without write permission, or belongs to somebody whom we may not give a
-/// file) is written in place; if that fails, its old contents are put back.
+/// A file that cannot be swapped, or not without losing something (it has further hard links, is no
+/// regular file, is a mount point, lies in a folder without write permission, or belongs to
+/// somebody whom we may not give a file), is written in place; if that fails, its old contents are
+/// put back.
 ///
 /// Returns 0, or the errno of the step that failed; then the old contents stand and no temporary
 /// file is left. The folder itself is not flushed, but for a link that leads to another one: call

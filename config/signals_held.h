@@ -2,21 +2,31 @@
 
 #include <csignal>
 
-/// Keeps every signal that would end or stop the program waiting while files are being replaced.
+/// Keeps every signal waiting while files are being replaced. A write past the size limit or into a
+/// pipe that nobody reads fails with its error number, without a signal that would end the program.
 class SignalsHeld {
  public:
   SignalsHeld() {
-    sigset_t held;
-    sigemptyset(&held);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP, SIGPIPE, SIGALRM}) {
-      sigaddset(&held, signal);
-    }
-    sigprocmask(SIG_BLOCK, &held, &before_);
+    sigset_t all;
+    sigfillset(&all);
+    sigdelset(&all, SIGXFSZ);  // what is held back as well as ignored would come afterwards
+    sigdelset(&all, SIGPIPE);
+    sigprocmask(SIG_BLOCK, &all, &mask_);
+    struct sigaction ignore = {};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(SIGXFSZ, &ignore, &too_long_);
+    sigaction(SIGPIPE, &ignore, &broken_pipe_);
   }
-  ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  ~SignalsHeld() {
+    sigaction(SIGPIPE, &broken_pipe_, nullptr);
+    sigaction(SIGXFSZ, &too_long_, nullptr);
+    sigprocmask(SIG_SETMASK, &mask_, nullptr);
+  }
   SignalsHeld(const SignalsHeld&) = delete;
   SignalsHeld& operator=(const SignalsHeld&) = delete;
 
  private:
-  sigset_t before_;
+  sigset_t mask_;
+  struct sigaction too_long_;
+  struct sigaction broken_pipe_;
 };

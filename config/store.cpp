@@ -27,10 +27,13 @@ struct Writer {
   const char* failure;
 };
 
+int sync_program_folder() { return sync_folder(ProgramDir); }
+
+// The folder is flushed once for all files, in the name of the last one.
 constexpr Writer writers[] = {
     {SaveKestrelINI, "\n\rSaveKestrelINI fail "}, {SaveJobsINI, "\n\rSaveJobsINI fail "},
     {SaveJobsSTSINI, "\n\rSaveJobsSTSINI fail "}, {SaveGroupsINI, "\n\rSaveGroupsINI fail "},
-    {SaveSensorINI, "\n\rSaveSensorINI fail "},
+    {SaveSensorINI, "\n\rSaveSensorINI fail "},   {sync_program_folder, "\n\rSaveSensorINI fail "},
 };
 
 int save(const Writer& writer) {
@@ -87,8 +90,8 @@ int SaveINI() {
     char message[64];
     std::snprintf(message, sizeof message, "%s%d", writer.failure, error);
     report(message);
-    sync_folder(ProgramDir);  // for the files before it
+    sync_program_folder();  // for the files before it
     return error;
   }
-  return sync_folder(ProgramDir);
+  return 0;
 }

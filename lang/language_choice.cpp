@@ -27,7 +27,10 @@ bool read_language_name(int number, char (&name)[language_name_size]) {
   LineReader file(path);
   if (!file.opened()) return false;
   std::size_t length;
-  if (file.next(name, first_line, length)) name[length == 0 ? 0 : length - 1] = '\0';
+  if (file.next(name, first_line, length) && length != 0) {
+    // The last character is the line end, or what a longer name is cut at.
+    name[cut_bytes({name, length}, length - 1).size()] = '\0';
+  }
   return true;
 }
 

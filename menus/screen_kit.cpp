@@ -81,11 +81,15 @@ void print_row(const Row& row, const void* entry, const Subject& subject) {
     put(value_gap);
     print_flag(is_on(row, entry, subject), row.words);
   } else if (has_value) {
-    put(value_gap);
-    const int used = columns(head) + static_cast<int>(sizeof value_gap) - 1;
-    if (row.bracketed) put("[");
-    print_value(value_of(row, entry, subject), used + (row.bracketed ? 2 : 0));
-    if (row.bracketed) put("]");
+    std::string shown_value = value_of(row, entry, subject);
+    if (row.bracketed) {
+      put(value_gap);
+      put("[");
+      print_value(shown_value, columns(head) + static_cast<int>(sizeof value_gap) + 1);
+      put("]");
+    } else {
+      print_value(value_gap + shown_value, columns(head));
+    }
   }
 }
 

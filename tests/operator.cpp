@@ -48,7 +48,7 @@ void check(bool done, const char* what) {
 void make_reports_fail(const char* name) {
   const char* present = std::getenv(name);
   const std::string options = std::string(present == nullptr ? "" : present) +
-                              ":exitcode=99:halt_on_error=1:abort_on_error=0";
+                              ":exitcode=99:halt_on_error=1:abort_on_error=0:color=never";
   setenv(name, options.c_str(), 1);
 }
 
@@ -191,10 +191,10 @@ std::string readable(std::string_view keys) {
   return text;
 }
 
-Operator::Operator(const Folder& folder, const Options& options)
-    : rows_(options.rows),
-      cols_(options.cols),
-      terminal_(vterm_new(options.rows, options.cols)),
+Operator::Operator(int rows, int cols)
+    : rows_(rows),
+      cols_(cols),
+      terminal_(vterm_new(rows, cols)),
       screen_(vterm_obtain_screen(terminal_)) {
   static const VTermScreenCallbacks callbacks = {
       .damage = nullptr,
@@ -219,9 +219,17 @@ Operator::Operator(const Folder& folder, const Options& options)
   vterm_set_utf8(terminal_, 1);
   vterm_screen_set_callbacks(screen_, &callbacks, this);
   vterm_screen_reset(screen_, 1);
+}
 
+// From here on the destructor cleans up, even when this constructor throws.
+Operator::Operator(const Folder& folder, const Options& options)
+    : Operator(options.rows, options.cols) {
   const winsize size{static_cast<unsigned short>(rows_), static_cast<unsigned short>(cols_), 0, 0};
   check(openpty(&master_, &slave_, nullptr, nullptr, &size) == 0, "openpty");
+  termios modes{};
+  check(tcgetattr(slave_, &modes) == 0, "tcgetattr");
+  modes.c_iflag |= IUTF8;  // as terminals of today are set
+  check(tcsetattr(slave_, TCSANOW, &modes) == 0, "tcsetattr");
   int report[2];
   check(pipe2(report, O_CLOEXEC) == 0, "pipe");
   int input[2] = {-1, -1};
@@ -236,6 +244,7 @@ Operator::Operator(const Folder& folder, const Options& options)
   fcntl(master_, F_SETFL, O_NONBLOCK);
   fcntl(report[0], F_SETFL, O_NONBLOCK);
 
+  type(options.typed_ahead);
   leader_ = fork();
   check(leader_ >= 0, "fork");
   if (leader_ == 0) lead_session(folder, options, slave_, report[1], input[0]);
@@ -243,6 +252,7 @@ Operator::Operator(const Folder& folder, const Options& options)
   if (input[0] >= 0) close(input[0]);
   report_ = report[0];
   await([&] { return pid_ > 0 || status_; }, "the start of the program");
+  settle();
 }
 
 Operator::~Operator() {
@@ -252,8 +262,10 @@ Operator::~Operator() {
     while (!status_ && std::chrono::steady_clock::now() < deadline) pump(1);
   }
   pump(0);
-  kill(leader_, SIGKILL);
-  while (waitpid(leader_, nullptr, 0) < 0 && errno == EINTR) continue;
+  if (leader_ > 0) {
+    kill(leader_, SIGKILL);
+    while (waitpid(leader_, nullptr, 0) < 0 && errno == EINTR) continue;
+  }
   for (int fd : {master_, slave_, report_}) {
     if (fd >= 0) close(fd);
   }

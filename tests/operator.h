@@ -48,6 +48,7 @@ struct Options {
   /// up in the PATH, which begins with the folder.
   std::string name = "./harrier";
 
+  std::string typed_ahead = {};  // keys that wait in the terminal when the program starts
   std::map<std::string, std::string> environment = {};  // on top of that of the tests
   std::optional<std::string> input = {};                // standard input is a pipe with this
   std::vector<std::pair<__rlimit_resource_t, rlim_t>> limits = {};  // as by setrlimit
@@ -68,6 +69,7 @@ struct Options {
 /// session, so that the keys for signals work and it can be stopped and continued.
 class Operator {
  public:
+  /// Starts the program and lets it settle, so that nothing is typed before it has the terminal.
   explicit Operator(const Folder& folder, const Options& options = {});
   ~Operator();  // kills the program if it still runs
   Operator(const Operator&) = delete;
@@ -130,6 +132,7 @@ class Operator {
   pid_t pid() const { return pid_; }
 
  private:
+  Operator(int rows, int cols);
   void pump(int milliseconds);
   bool settled();
   void settle();

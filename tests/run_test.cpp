@@ -27,7 +27,7 @@ constexpr const char* main_menu_screen = R"(
 **********************************************************************
 )";
 
-constexpr const char* question = "Save the changes [y=Yes,n=No] :";
+constexpr const char* question = "[y=Yes,n=No] :";
 
 TEST(Start, ShowsTheMainMenu) {
   const Folder folder;

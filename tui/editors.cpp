@@ -29,11 +29,13 @@ bool blank(char byte) { return byte == ' ' || (byte >= '\t' && byte <= '\r'); }
 std::string read_bounded(std::size_t limit, bool must_type) {
   constexpr std::size_t longest_character = 4;
   std::string line;
+  line.reserve(limit + longest_character);  // grown, it would leave copies of a password behind
   for (std::size_t count = 0;;) {
     const char byte = read_line_byte();
     if (ends_line(byte)) {
       if (line.empty() && must_type) continue;
-      return std::string(cut_bytes(line, limit));
+      line.resize(cut_bytes(line, limit).size());
+      return line;
     }
     if (++count > limit) beep();
     if (count <= limit + longest_character) line += byte;
@@ -41,9 +43,10 @@ std::string read_bounded(std::size_t limit, bool must_type) {
 }
 
 void edit_text(char* destination, std::size_t size, bool must_type) {
-  const std::string typed = read_bounded(std::min(size, line_size) - 2, must_type);
-  if (typed.empty() || typed[0] == '\0' || typed[0] == '\033') return;
-  std::strncpy(destination, typed.c_str(), size);
+  std::string typed = read_bounded(std::min(size, line_size) - 2, must_type);
+  const bool kept = typed.empty() || typed[0] == '\0' || typed[0] == '\033';
+  if (!kept) std::strncpy(destination, typed.c_str(), size);
+  explicit_bzero(typed.data(), typed.size());  // it may have been a password
 }
 
 /// One word, as "%200s" reads it; what stands behind it stays in the line.

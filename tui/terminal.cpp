@@ -6,14 +6,17 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "tui/columns.h"
 
@@ -46,13 +49,13 @@ std::string output;            // printed, not yet sent
 std::size_t screen_begin = 0;  // where the present screen begins in `output`
 std::string screen;            // sent since the present screen began
 
-/// Bytes that wait for a reader.
+/// Bytes that wait for a reader. They may be those of a password: nothing that was read stays.
 struct Queue {
   std::string bytes;
   std::size_t at = 0;
 
   bool empty() const { return at == bytes.size(); }
-  char pop() { return bytes[at++]; }
+  char pop() { return std::exchange(bytes[at++], '\0'); }
   void push(const char* more, std::size_t count) {
     if (empty()) {
       bytes.clear();
@@ -61,27 +64,15 @@ struct Queue {
     bytes.append(more, count);
   }
 };
-Queue keys;         // read from the terminal in single-key mode
-Queue line;         // of a finished line, not yet asked for
-std::string typed;  // of an unfinished line that we correct ourselves
+Queue keys;           // read from the terminal in single-key mode
+Queue line;           // of a finished line, not yet asked for
+std::string typed;    // of an unfinished line that we correct ourselves
+bool quoted = false;  // the next key of it is taken as it is
 
 // --- Signals ------------------------------------------------------------------------------------
 
 /// Colours reset, cursor shown, below the last screen.
 constexpr char parting[] = "\033[0m\033[?25h\033[999;1H\r\n";
-
-/// Gives the terminal back. Async-signal-safe (POSIX.1-2017, 2.4.3), and not held up by a terminal
-/// that takes no output.
-void restore_terminal() {
-  if (held == 0) return;
-  held = 0;
-  constexpr int patience_ms = 200;
-  pollfd room = {STDOUT_FILENO, POLLOUT, 0};
-  if (poll(&room, 1, patience_ms) > 0) {
-    [[maybe_unused]] const ssize_t sent = write(STDOUT_FILENO, parting, sizeof parting - 1);
-  }
-  if (terminal.present) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
-}
 
 /// For a signal that ends us: SA_RESETHAND has put the default action back, so that the parent sees
 /// the true cause once the signal is raised again.
@@ -95,6 +86,10 @@ void set_handler(int signal, void (*handler)(int), int flags, struct sigaction* 
   action.sa_handler = handler;
   action.sa_flags = flags;
   sigemptyset(&action.sa_mask);
+  // A second signal waits until the terminal is back.
+  for (const int other : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGTSTP}) {
+    sigaddset(&action.sa_mask, other);
+  }
   sigaction(signal, &action, before);
 }
 
@@ -111,6 +106,10 @@ void stop_by_signal(int signal) {
   sigprocmask(SIG_UNBLOCK, &only, &before);
   sigprocmask(SIG_SETMASK, &before, nullptr);
   set_handler(signal, stop_by_signal, 0);
+  // Also where nobody could continue us and the stop has been discarded, as POSIX has it for the
+  // first process of a session: the terminal has to be taken again all the same.
+  resumed = 1;
+  woken = 1;
   errno = saved_errno;
 }
 
@@ -200,6 +199,8 @@ bool terminal_alive() {
 /// character.
 std::size_t read_input(char* bytes, std::size_t size) {
   for (;;) {
+    // A signal just here is noticed with the next key: waiting for both would take a further system
+    // call for every key.
     if (woken != 0) return 0;
     const ssize_t got = read(STDIN_FILENO, bytes, size);
     if (got > 0) return static_cast<std::size_t>(got);
@@ -211,8 +212,8 @@ std::size_t read_input(char* bytes, std::size_t size) {
       }
       // A terminal set to return from a read at once (VMIN 0): wait for its input elsewhere.
       pollfd input = {STDIN_FILENO, POLLIN, 0};
-      if (poll(&input, 1, -1) > 0 && (input.revents & POLLIN) != 0 && input_waits()) continue;
-      if (woken != 0) return 0;
+      const int ready = poll(&input, 1, -1);
+      if ((ready < 0 && errno == EINTR) || (ready > 0 && input_waits())) continue;
     }
     if (got < 0 && errno == EAGAIN) {
       pollfd input = {STDIN_FILENO, POLLIN, 0};
@@ -227,6 +228,7 @@ bool read_keys() {
   char bytes[1024];
   const std::size_t got = read_input(bytes, sizeof bytes);
   keys.push(bytes, got);
+  explicit_bzero(bytes, got);
   return got != 0;
 }
 
@@ -235,8 +237,8 @@ int next_key_byte() {
   if (!line.empty()) return static_cast<unsigned char>(line.pop());
   if (keys.empty()) {
     take_again();
+    apply(Mode::single_key);  // first, so that nothing is echoed into the new screen
     flush();
-    apply(Mode::single_key);
     if (!read_keys()) return -1;
   }
   return static_cast<unsigned char>(keys.pop());
@@ -244,15 +246,23 @@ int next_key_byte() {
 
 bool continues_character(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80; }
 
-/// Takes the last character back, on the screen too.
+/// Takes the last character back, on the screen too. It is a byte where the terminal is not set to
+/// UTF-8, as for its driver.
 void erase_character() {
   std::size_t start = typed.size() - 1;
-  while (start > 0 && continues_character(typed[start])) --start;
+  const bool utf8 = (terminal.found.c_iflag & IUTF8) != 0;
+  while (utf8 && start > 0 && continues_character(typed[start])) --start;
   const std::string_view character = std::string_view(typed).substr(start);
   const bool caret = character.size() == 1 && static_cast<unsigned char>(character[0]) < ' ';
   const int width = caret ? 2 : columns(character);
   for (int i = 0; i < width; ++i) put("\b \b");
   typed.resize(start);
+}
+
+/// What word-erase takes for a part of a word: letters, digits and "_", and all that is not ASCII.
+bool in_word(char byte) {
+  return std::isalnum(static_cast<unsigned char>(byte)) != 0 || byte == '_' ||
+         static_cast<unsigned char>(byte) >= 0x80;
 }
 
 void echo(char byte) {
@@ -270,13 +280,20 @@ bool edit_line(char byte) {
     return terminal.present && control[which] != _POSIX_VDISABLE &&
            control[which] == static_cast<cc_t>(byte);
   };
-  if (is(VERASE)) {
+  if (std::exchange(quoted, false)) {
+    typed += byte;
+    echo(byte);
+  } else if (is(VLNEXT)) {
+    quoted = true;
+  } else if (is(VERASE)) {
     if (!typed.empty()) erase_character();
   } else if (is(VKILL)) {
     while (!typed.empty()) erase_character();
   } else if (is(VWERASE)) {
-    while (!typed.empty() && typed.back() == ' ') erase_character();
-    while (!typed.empty() && typed.back() != ' ') erase_character();
+    while (!typed.empty() && !in_word(typed.back())) erase_character();
+    while (!typed.empty() && in_word(typed.back())) erase_character();
+  } else if (is(VEOF) && !typed.empty()) {
+    return true;  // without a line end, as the driver gives it
   } else if (is(VEOF) || byte == '\n' || byte == '\r') {
     typed += '\n';
     if (terminal.present) echo('\n');
@@ -306,6 +323,7 @@ void read_line() {
     while (!keys.empty()) {
       if (!edit_line(keys.pop())) continue;
       line.push(typed.data(), typed.size());
+      explicit_bzero(typed.data(), typed.size());
       typed.clear();
       return;
     }
@@ -327,6 +345,7 @@ void read_line() {
       const std::size_t got = read_input(bytes, sizeof bytes);
       if (got == 0) continue;
       line.push(bytes, got);
+      explicit_bzero(bytes, got);
       return;
     }
   }
@@ -367,8 +386,9 @@ void flush() {
 
 void take_terminal() {
   terminal.present = tcgetattr(STDIN_FILENO, &terminal.found) == 0;
+  terminal.applied = Mode::as_found;
   held = 1;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
     handle(signal, end_by_signal, SA_RESETHAND);
   }
   handle(SIGTSTP, stop_by_signal, 0);
@@ -381,6 +401,17 @@ void give_terminal_back() {
   flush();
   apply(Mode::as_found);
   held = 0;
+}
+
+void restore_terminal() {
+  if (held == 0) return;
+  held = 0;
+  constexpr int patience_ms = 200;
+  pollfd room = {STDOUT_FILENO, POLLOUT, 0};
+  if (poll(&room, 1, patience_ms) > 0) {
+    [[maybe_unused]] const ssize_t sent = write(STDOUT_FILENO, parting, sizeof parting - 1);
+  }
+  if (terminal.present) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
 }
 
 void single_key_mode() { terminal.wanted = Mode::single_key; }
@@ -420,12 +451,12 @@ char read_line_byte() {
 
 void pause_us(long microseconds) {
   take_again();
-  flush();
   if (terminal.wanted == Mode::single_key) apply(Mode::single_key);
+  flush();
   timespec now;
   clock_gettime(CLOCK_MONOTONIC, &now);
   const long long end = now.tv_sec * 1000000LL + now.tv_nsec / 1000 + microseconds;
-  for (long long left = microseconds; left > 0;) {
+  for (long long left = microseconds; left > 0 && resumed == 0;) {
     timeval wait = {static_cast<time_t>(left / 1000000), static_cast<suseconds_t>(left % 1000000)};
     select(0, nullptr, nullptr, nullptr, &wait);
     clock_gettime(CLOCK_MONOTONIC, &now);

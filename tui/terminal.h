@@ -28,13 +28,18 @@ void begin_screen();
 
 /// Notes the attributes of the terminal and installs the handlers of the signals that end, stop and
 /// resize. Whatever ends the program from then on, the terminal gets its attributes back: SIGINT,
-/// SIGTERM, SIGHUP and SIGQUIT take their normal course afterwards, SIGTSTP stops the program and
-/// SIGCONT makes it take the terminal again and redraw. A signal that was ignored at the start
-/// stays ignored. Without a terminal on standard input there are no modes to switch.
+/// SIGTERM, SIGHUP, SIGQUIT and SIGPIPE take their normal course afterwards, SIGTSTP stops the
+/// program and SIGCONT makes it take the terminal again and redraw. A signal that was ignored at
+/// the start stays ignored. Without a terminal on standard input there are no modes to switch.
 void take_terminal();
 
 /// Sends what is left, resets colours, shows the cursor and restores the attributes.
 void give_terminal_back();
+
+/// The same without allocating, for whoever ends the run in the middle of something: sends nothing
+/// that is left, moves below the screen. Async-signal-safe (POSIX.1-2017, 2.4.3), and not held up
+/// by a terminal that takes no output.
+void restore_terminal();
 
 void single_key_mode();
 void line_mode();
@@ -62,11 +67,11 @@ enum class Key { enter, up, down, other, redraw };
 Key read_key();
 
 /// Waits for the next byte of a line that the operator ends with Enter. Keys typed before line mode
-/// began are taken in first and shown; such a line is echoed and corrected here, by the erase, kill
-/// and word-erase characters of the terminal, since its driver cannot take these keys back. A
+/// began are taken in first and shown; such a line is echoed and corrected here, by the editing
+/// characters of the terminal, since its driver cannot take these keys back. A
 /// screen that has to be redrawn meanwhile is repeated, with what has been typed. The end of the
-/// input ends the program as with `read_key`; the end-of-file character of a terminal ends the
-/// line.
+/// input ends the program as with `read_key`; the end-of-file character of a terminal ends an
+/// empty line.
 char read_line_byte();
 
 /// Sends the output and waits. Less than the time of one microsecond is not waited for.
