@@ -1,0 +1,237 @@
+#include <benchmark/benchmark.h>
+#include <ini.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "config/fields.h"
+#include "config/store.h"
+#include "schedule/encoding.h"
+#include "tui/diag.h"
+
+/// Loading and saving of the largest configuration, beside plain ways to do the same with the C
+/// library and with a well-known small reader. Every benchmark counts its lines.
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool flushing = true;
+
+}  // namespace
+
+/// Stands in front of the function of the C library, to time a save that is not flushed.
+extern "C" int fsync(int fd) { return flushing ? static_cast<int>(syscall(SYS_fsync, fd)) : 0; }
+
+namespace {
+
+/// Fills every value of an entry: texts with something of a usual length, numbers with three
+/// digits where there is room.
+void fill_entry(const Family& family, char* entry, int number) {
+  int place = number;
+  for (const Field& field : family.fields) {
+    ++place;
+    if (field.kind == Kind::text) {
+      const std::string text =
+          std::string("/opt/service/scripts/notify ").append(field.key) + std::to_string(place);
+      const std::size_t size = std::min<std::size_t>(text.size(), field.width - 1U);
+      std::memcpy(bytes_at(field, entry), text.data() + text.size() - size, size);
+    } else {
+      set_number_at(field, entry, static_cast<unsigned>(1 + place % 199));
+    }
+  }
+}
+
+/// The largest configuration: every entry of every list in use.
+void fill_record() {
+  INI = {};
+  for (int kind = 0; kind < kind_count; ++kind) {
+    const int copies = kind == group_file ? group_count : 1;
+    for (int copy = 0; copy < copies; ++copy) {
+      for (const Family& family : families_of(kind)) {
+        char* entry = reinterpret_cast<char*>(&INI) + family.offset +
+                      static_cast<std::size_t>(copy) * sizeof(Group);
+        for (int i = 0; i < family.stored; ++i, entry += family.size) fill_entry(family, entry, i);
+      }
+    }
+  }
+  for (ScheduleEntry& entry : INI.schedule) {
+    entry = {};
+    entry.action = 4;
+    entry.type = 2;
+    entry.time = 1262350800;
+  }
+  EncodeSchedules();
+}
+
+/// A folder with the largest configuration: in memory, or on the disk of the current folder.
+class Configuration {
+ public:
+  explicit Configuration(const char* where) : path_(fs::path(where) / "harrier-bench.XXXXXX") {
+    if (mkdtemp(path_.data()) == nullptr) std::abort();
+    path_ += '/';
+    std::snprintf(ProgramDir, sizeof ProgramDir, "%s", path_.c_str());
+    fill_record();
+    if (SaveINI() != 0) std::abort();
+    for (const fs::directory_entry& entry : fs::directory_iterator(path_)) {
+      files_.push_back(entry.path());
+    }
+    char line[300];
+    for (const std::string& name : files_) {
+      std::FILE* file = std::fopen(name.c_str(), "r");
+      while (std::fgets(line, sizeof line, file) != nullptr) ++lines_;
+      std::fclose(file);
+    }
+  }
+  ~Configuration() { fs::remove_all(path_); }
+  Configuration(const Configuration&) = delete;
+  Configuration& operator=(const Configuration&) = delete;
+
+  const std::vector<std::string>& files() const { return files_; }
+
+  void count_lines(benchmark::State& state) const {
+    state.counters["files"] = static_cast<double>(files_.size());
+    state.counters["lines"] = lines_;
+    state.counters["per_line"] = benchmark::Counter(
+        lines_, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  }
+
+ private:
+  std::string path_;
+  std::vector<std::string> files_;
+  double lines_ = 0;
+};
+
+constexpr char memory[] = "/dev/shm";
+constexpr char disk[] = ".";
+
+// --- Loading ------------------------------------------------------------------------------------
+
+void load_harrier(benchmark::State& state) {
+  const Configuration configuration(memory);
+  for ([[maybe_unused]] auto _ : state) {
+    if (LoadINI() != 0) state.SkipWithError("the configuration does not load");
+  }
+  configuration.count_lines(state);
+}
+
+/// The least that any reader does: takes lines, and looks for the "=" in them.
+void load_fgets(benchmark::State& state) {
+  const Configuration configuration(memory);
+  char line[300];
+  for ([[maybe_unused]] auto _ : state) {
+    for (const std::string& name : configuration.files()) {
+      std::FILE* file = std::fopen(name.c_str(), "r");
+      while (std::fgets(line, sizeof line, file) != nullptr) {
+        benchmark::DoNotOptimize(std::strchr(line, '='));
+      }
+      std::fclose(file);
+    }
+  }
+  configuration.count_lines(state);
+}
+
+/// The small reader, which hands over names and values and stores nothing.
+void load_inih(benchmark::State& state) {
+  const Configuration configuration(memory);
+  const auto take = [](void*, const char* section, const char* name, const char* value) {
+    benchmark::DoNotOptimize(section);
+    benchmark::DoNotOptimize(name);
+    benchmark::DoNotOptimize(value);
+    return 1;
+  };
+  for ([[maybe_unused]] auto _ : state) {
+    for (const std::string& name : configuration.files()) {
+      if (ini_parse(name.c_str(), take, nullptr) != 0) state.SkipWithError("inih refuses a file");
+    }
+  }
+  configuration.count_lines(state);
+}
+
+// --- Saving -------------------------------------------------------------------------------------
+
+void save_harrier(benchmark::State& state, const char* where, bool flushed) {
+  const Configuration configuration(where);
+  flushing = flushed;
+  for ([[maybe_unused]] auto _ : state) {
+    if (SaveINI() != 0) state.SkipWithError("the configuration cannot be saved");
+  }
+  flushing = true;
+  configuration.count_lines(state);
+}
+
+/// A line of a file with the value that it prints, so that nothing but printing is timed.
+struct Line {
+  std::string form;  // with "%u", "%s" or nothing to fill in
+  bool is_text;
+  std::string text;
+  unsigned number;
+};
+
+std::vector<Line> lines_of(const std::string& name) {
+  std::vector<Line> lines;
+  char line[300];
+  std::FILE* file = std::fopen(name.c_str(), "r");
+  while (std::fgets(line, sizeof line, file) != nullptr) {
+    const std::string text = line;
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) {
+      lines.push_back({text, false, {}, 0});
+    } else if (text[equals + 1] == '"') {
+      const std::size_t start = equals + 2;
+      lines.push_back({text.substr(0, start) + "%s\"\n", true,
+                       text.substr(start, text.find('"', start) - start), 0});
+    } else {
+      lines.push_back({text.substr(0, equals + 1) + "%u\n",
+                       false,
+                       {},
+                       static_cast<unsigned>(std::strtoul(line + equals + 1, nullptr, 10))});
+    }
+  }
+  std::fclose(file);
+  return lines;
+}
+
+/// Prints every line by itself into the files as they are, without a thought for a loss of power.
+void save_fprintf(benchmark::State& state, const char* where) {
+  const Configuration configuration(where);
+  std::vector<std::vector<Line>> files;
+  for (const std::string& name : configuration.files()) files.push_back(lines_of(name));
+  for ([[maybe_unused]] auto _ : state) {
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      std::FILE* file = std::fopen(configuration.files()[i].c_str(), "w");
+      for (const Line& line : files[i]) {
+        if (line.is_text) {
+          std::fprintf(file, line.form.c_str(), line.text.c_str());
+        } else {
+          std::fprintf(file, line.form.c_str(), line.number);
+        }
+      }
+      std::fclose(file);
+    }
+  }
+  configuration.count_lines(state);
+}
+
+BENCHMARK(load_harrier)->Unit(benchmark::kMicrosecond);
+BENCHMARK(load_fgets)->Unit(benchmark::kMicrosecond);
+BENCHMARK(load_inih)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(save_harrier, memory, memory, true)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(save_fprintf, memory, memory)->Unit(benchmark::kMicrosecond);
+// What counts on a disk is the time that passes, most of which is spent waiting.
+BENCHMARK_CAPTURE(save_harrier, disk, disk, true)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK_CAPTURE(save_harrier, disk_unflushed, disk, false)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(save_fprintf, disk, disk)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+}  // namespace
+
+BENCHMARK_MAIN();
