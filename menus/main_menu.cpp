@@ -4,9 +4,13 @@
 
 #include "config/store.h"
 #include "lang/lang_text.h"
+#include "menus/messages_menu.h"
 #include "menus/screen_kit.h"
 #include "menus/system_menu.h"
+#include "schedule/job_menus.h"
+#include "schedule/schedule_menus.h"
 #include "tui/terminal.h"
+#include "ups/ups_list.h"
 
 namespace {
 
@@ -29,10 +33,22 @@ const Row main_rows[] = {
      .lead = "      1 - ",
      .label = text::system_parameters,
      .open = [](const Subject&) { main_param(); }},
-    {.act = Act::open, .lead = "      2 - ", .label = text::ups_parameters},
-    {.act = Act::open, .lead = "      3 - ", .label = text::messages},
-    {.act = Act::open, .lead = "      4 - ", .label = text::schedules},
-    {.act = Act::open, .lead = "      5 - ", .label = text::jobs},
+    {.act = Act::open,
+     .lead = "      2 - ",
+     .label = text::ups_parameters,
+     .open = [](const Subject&) { conn_param(); }},
+    {.act = Act::open,
+     .lead = "      3 - ",
+     .label = text::messages,
+     .open = [](const Subject&) { mess_param(); }},
+    {.act = Act::open,
+     .lead = "      4 - ",
+     .label = text::schedules,
+     .open = [](const Subject&) { shed_param(); }},
+    {.act = Act::open,
+     .lead = "      5 - ",
+     .label = text::jobs,
+     .open = [](const Subject&) { jobs_param(); }},
     {},
     {.act = Act::back, .lead = "      0 - ", .label = text::back},
 };

@@ -2,6 +2,7 @@
 
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
+#include "menus/network_menu.h"
 #include "menus/screen_kit.h"
 #include "tui/editors.h"
 
@@ -96,7 +97,10 @@ const Row system_rows[] = {
      .live = logging,
      .settle = keep_max_above_min},
     {},
-    {.act = Act::open, .lead = "      7 - ", .label = text::network_parameters},
+    {.act = Act::open,
+     .lead = "      7 - ",
+     .label = text::network_parameters,
+     .open = [](const Subject&) { network_param(); }},
     {},
     {.act = Act::back, .lead = "      0 - ", .label = text::back},
 };

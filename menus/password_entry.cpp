@@ -1,0 +1,26 @@
+#include "menus/password_entry.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "config/password.h"
+#include "lang/lang_text.h"
+#include "menus/screen_kit.h"
+#include "tui/editors.h"
+#include "tui/terminal.h"
+
+bool enter_password(std::uint16_t& password, std::size_t size) {
+  constexpr int start_row = 9;
+  char typed[256] = {};
+  print_frame(start_row, LangText[text::enter_password]);
+  print_escapeseq(show_cursor);
+  {
+    const LineMode lines;
+    get_str(typed, std::min(size, sizeof typed), LangText[text::new_value]);
+  }
+  end_entry();
+  const bool any = typed[0] != '\0';
+  password = CalculatePassword(typed);
+  explicit_bzero(typed, sizeof typed);
+  return any;
+}

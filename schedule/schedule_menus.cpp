@@ -1,0 +1,125 @@
+#include "schedule/schedule_menus.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include "lang/lang_text.h"
+#include "menus/screen_kit.h"
+#include "schedule/schedule_editor.h"
+#include "schedule/schedule_texts.h"
+#include "schedule/upcoming.h"
+#include "tui/menu.h"
+#include "tui/terminal.h"
+
+namespace {
+
+// --- Upcoming actions ---------------------------------------------------------------------------
+
+constexpr int arrow_column = 3;
+
+enum UpcomingItem { more_item = 1, leave_item };
+
+/// The row of an item below a list of `lines` lines, after the terminal has scrolled: the last row
+/// of the screen holds the closing rule, and each item has a rule above it.
+int upcoming_row(int lines, int item) {
+  const int unscrolled = arrow_base(compact) + lines + 2 * item;
+  const int end = arrow_base(compact) + lines + 2 * leave_item + 1;
+  return unscrolled - std::max(0, end - terminal_rows());
+}
+
+/// A position holds two digits; in a taller terminal the rest of the way is a cursor movement down
+/// (ECMA-48 CUD).
+void put_at(int row, const char* mark) {
+  constexpr int last_position = 99;
+  cursor_gotopos(std::clamp(row, 0, last_position), arrow_column, 0);
+  if (row > last_position) print("\033[%dB", row - last_position);
+  put(mark);
+}
+
+void print_upcoming_line(const std::tm& minute, const ScheduleEntry& entry) {
+  constexpr int head_columns = 40;
+  std::string line = format("%02d.%02d.%04d %02d:%02d ", minute.tm_mday, minute.tm_mon + 1,
+                            minute.tm_year + 1900, minute.tm_hour, minute.tm_min) +
+                     schedule_ups(entry);
+  put("\n\r");
+  print_cut(dopln(line, head_columns, " ") + schedule_action(entry), 0);
+}
+
+void upcoming_actions(const Subject&) {
+  std::int64_t from = std::time(nullptr);  // where what is on the screen begins
+  const std::int64_t end = upcoming_end(from);
+  std::int64_t next = from;
+  int lines = 0;
+  Menu menu;
+  menu.last = [] { return leave_item; };
+  menu.selectable = [](int) { return true; };
+  menu.draw = [&](int item) {
+    next = from;
+    lines = print_next_actions(&next, &end, item);
+  };
+  menu.move = [&](int from_item, int to) {
+    put_at(upcoming_row(lines, from_item), "   ");
+    put_at(upcoming_row(lines, to), "-->");
+  };
+  menu.enter = [&](int item) {
+    if (item == leave_item) return 0;
+    // The whole period has been shown, so the frame that follows is empty.
+    from = next;
+    return item;
+  };
+  run_menu(menu);
+}
+
+// --- The list -----------------------------------------------------------------------------------
+
+void print_schedule_line(const Subject&, int item) {
+  constexpr int number_columns = 11;
+  constexpr int name_columns = 16;
+  constexpr int column = 25;
+  const ScheduleEntry& entry = INI1.schedule[item - 1];
+  print_list_number(item);
+  if (entry.action == 0) {
+    print_value(LangText[text::unused], number_columns);
+    return;
+  }
+  std::string action = schedule_ups(entry);
+  dopln(action, name_columns, " ") += schedule_keyword(entry);
+  std::string time = schedule_short_time(entry);
+  print_value(dopln(action, column, " ") + " " + dopln(time, column, " "), number_columns);
+}
+
+int edit_schedule(const Subject&, int item) {
+  sch_param(item - 1);
+  return item;
+}
+
+const Row schedule_list_rows[] = {
+    {},
+    {.act = Act::open, .lead = "      17 - ", .label = text::upcoming, .open = upcoming_actions},
+    {},
+    {.act = Act::back, .lead = "       0 - ", .label = text::back},
+};
+
+const Screen schedule_list_screen{.start_row = compact,
+                                  .title = text::schedules_title,
+                                  .rows = schedule_list_rows,
+                                  .listed = schedule_count,
+                                  .list_line = print_schedule_line,
+                                  .list_enter = edit_schedule};
+
+}  // namespace
+
+void shed_param() { run_screen(schedule_list_screen); }
+void print_sched_param(int selected) { print_screen(schedule_list_screen, {}, selected); }
+
+int print_next_actions(std::int64_t* start, const std::int64_t* end, int selected) {
+  print_frame(compact, LangText[text::upcoming_title]);
+  const int lines = next_actions(*start, *end, INI1, print_upcoming_line);
+  for (const text::Id label : {text::show_more, text::back}) {
+    print_line(0);
+    print("\n\r      %s", LangText[label]);
+  }
+  print_frame_end(compact);
+  put_at(upcoming_row(lines, selected), "-->");
+  return lines;
+}

@@ -1,0 +1,358 @@
+#include "schedule/jobs.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <regex>
+#include <string>
+
+#include "lang/lang_text.h"
+#include "tests/arrow_path.h"
+#include "tests/operator.h"
+
+namespace {
+
+constexpr const char* file = "jobs.ini";
+
+std::string replaced(const std::string& text, const char* pattern, const std::string& by) {
+  return std::regex_replace(text, std::regex(pattern), by);
+}
+
+/// Jobs that differ from the defaults in every value.
+void fill_jobs(const Folder& folder) {
+  std::string text = replaced(replaced(demo(file), "=[0-9]+", "=7"), "=\".*\"", "=\"/x\"");
+  text = replaced(text, "Shutdown=7", "Shutdown=0");  // most events cannot shut down
+  folder.write(file, with_value(text, "Job_08", "Shutdown", "7"));
+}
+
+/// The text of a jobs file with the defaults of one event of a UPS.
+std::string with_defaults(const std::string& text, int event) {
+  static const std::string english = read_file(source_dir() + "/languages/lang_00.ini");
+  const int message = event == 2 ? 341 : 79 + event;
+  const std::size_t begin = text.find("[Job_" + std::to_string(100 + event).substr(1)) + 8;
+  const std::size_t end = text.find("\n\n", begin);
+  std::string job = replaced(text.substr(begin, end - begin), "=[0-9]+", "=0");
+  job = replaced(job, "(\nLog|\nLocalMessage)=0", "$1=1");
+  if (event % 2 == 0) job = replaced(job, "(LocalMessageInterval)=0", "$1=60");
+  job = replaced(job, "File=.*", "File=\"\"");
+  const std::string key = "String" + std::to_string(1000 + message).substr(1);
+  job = replaced(job, "(\nMessage=).*", "$1" + ini_value(english, "Harrier", key));
+  return text.substr(0, begin) + job + text.substr(end);
+}
+
+// Those that no menu restores: of sensors, and in whole sentences.
+TEST(JobDefaults, FollowTheEvent) {
+  struct Case {
+    int event;
+    int variant;
+    int interval;
+    const char* message;  // a language that has not been loaded numbers its texts
+  };
+  const Case cases[] = {
+      {2, 1, 60, "Text 402"},  {21, 7, 0, "Text 421"}, {22, 1, 60, "Text 384"},
+      {23, 0, 60, "Text 385"}, {24, 0, 0, "Text 386"}, {25, 0, 60, "Text 387"},
+      {26, 0, 60, "Text 388"}, {27, 0, 0, "Text 389"}, {28, 0, 60, "Text 390"},
+      {29, 0, 0, "Text 391"},
+  };
+  ASSERT_EQ(AllocText(), 0);
+  for (const Case& c : cases) {
+    Job job;
+    std::memset(&job, 0xEE, sizeof job);
+    JobToDefault(job, c.event, c.variant);
+    Job expected = {};
+    expected.Log = expected.LocalMessage = 1;
+    expected.LocalMessageInterval = static_cast<std::uint16_t>(c.interval);
+    expected.Message.assign(c.message);
+    EXPECT_EQ(std::memcmp(&job, &expected, sizeof job), 0) << c.event << job.Message.view();
+  }
+  FreeText();
+}
+
+TEST(JobDefaults, AreRestoredForOneJobOrForAllOfUpsEvents) {
+  const Folder folder;
+  fill_jobs(folder);
+  std::string expected = with_defaults(folder.read(file), 13);
+  {
+    Operator op(folder);
+    op.open("5/4/2");  // not for all
+    op.open("3/4/10");
+    for (int i = 0; i < 3; ++i) {  // the question stays until the answer is no
+      EXPECT_EQ(op.row(5),
+                "****              Restore the defaults of this job?               ****");
+      EXPECT_EQ(op.row(8), "  --> 1 - Yes");
+      EXPECT_EQ(op.row(9), "      2 - No");
+      op.enter();
+    }
+    op.choose("2");
+    EXPECT_EQ(op.row(18), "  --> 10 - Restore the defaults of this job");
+    EXPECT_EQ(op.quit("y"), 1);
+    EXPECT_EQ(folder.read(file), expected);
+  }
+  for (int event = 0; event < 22; ++event) expected = with_defaults(expected, event);
+  Operator op(folder);
+  op.open("5/4/1");
+  EXPECT_EQ(op.row(13), "  --> 4 - Restore the defaults of all jobs");
+  EXPECT_EQ(op.quit("y"), 1);
+  EXPECT_EQ(folder.read(file), expected);
+}
+
+TEST(JobScreens, MoveTheArrow) {
+  struct Case {
+    const char* path;
+    int first_row;
+    const char* arrow;
+    const char* enabled_groups = "1";
+  };
+  const char* whole_job = "1 2 3 4 5 6 7 8 9 11 13 11 9 8 7 6 5 4 3 2 1";
+  const char* no_shutdown = "1 2 3 4 6 7 8 9 11 13 11 9 8 7 6 3 2 1";
+  const Case cases[] = {
+      {"5", 8, "1 3 4 6 8 10 8 6 4 3 1"},
+      {"5/2", 8, "1 2 3 4 5 6 7 8 9 10 12 10 9 8 7 6 5 4 3 2 1"},
+      {"5/3", 8, "1 2 3 4 5 6 7 8 9 10 11 12 14 12 11 10 9 8 7 6 5 4 3 2 1"},
+      {"5/4", 8, "1 2 1"},
+      {"5/5", 8, "1 2 1"},
+      {"5/2/1", 8, whole_job},
+      {"5/2/3", 8, no_shutdown},
+      {"5/2/4", 8, whole_job},
+      {"5/2/5", 8, no_shutdown},
+      {"5/3/12", 8, whole_job},
+      {"5/2/1/10", 8, "1 2 1"},
+      {"5/2/1/1", 9, "1 2 4 2 1"},
+      {"5/2/1/2", 9, "1 2 3 4 6 4 3 2 1"},
+      {"5/2/1/3", 9, "1 2 3 5 3 2 1"},
+      {"5/2/1/5", 9, "1 2 4 2 1"},
+      {"5/2/2/2", 9, "1 2 3 5 3 2 1"},
+      {"5/2/2/4", 9, "1 2 4 2 1"},
+      {"5/2/2/8", 9, "1 2 4 2 1"},
+      {"2/17", 8, "1 2 3 4 6 8 6 4 3 2 1"},
+      {"2/17", 8, "1 2 3 4 8 3 2 1", "0"},
+      {"2/17/5", 8, "1 2 3 4 5 6 7 8 9 10 12 10 9 8 7 6 5 4 3 2 1"},
+  };
+  const Folder folder;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    folder.set("kestrel.ini", "System", "EnabledGroups", c.enabled_groups);
+    Operator op(folder);
+    op.open(c.path);
+    EXPECT_EQ(arrow_path(op, c.first_row), c.arrow);
+  }
+}
+
+TEST(JobScreens, ListTheActionsOfEachEvent) {
+  const Folder folder;
+  int number = 0;
+  for (const char* key :
+       {"Log", "Execute", "LocalMessage", "NetMessage", "Shutdown", "Email", "SMS", "Call"}) {
+    folder.set(file, "Job_20", key, ++number % 2 == 0 ? "2" : "0");
+  }
+  Operator op(folder);
+  op.open("5/3");
+  EXPECT_EQ(op.row(5), "****                        UPS event jobs                        ****");
+  EXPECT_EQ(op.row(8), "  -->  1 - UPS temperature too high                     [LEOBSEMC]");
+  EXPECT_EQ(op.row(18), "      11 - Sensor alarm                                 [LEOBSEMC]");
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(op.cell(18, 58 + i).look, i % 2 != 0 ? green : dim_red);
+  EXPECT_EQ(op.look(18, "]"), white);
+  op.choose("11");
+  EXPECT_EQ(op.row(5), "****                         Sensor alarm                         ****");
+}
+
+// What a file holds fills its field, so it has no terminator, and is longer than the line.
+TEST(JobScreens, ShowOneJobAndOneAction) {
+  const Folder folder;
+  folder.set(file, "Job_04", "Execute", "1");
+  folder.set(file, "Job_04", "Message", '"' + std::string(120, 'm') + '"');
+  folder.set(file, "Job_04", "File", '"' + std::string(260, 'f') + '"');
+  Operator op(folder);
+  op.open("5/2/5");
+  EXPECT_EQ(op.row(9), "       2 - Execute a program:     [Yes]");
+  EXPECT_EQ(op.look(9, "Yes"), green);
+  EXPECT_EQ(op.row(12), "       5 - Operating system shutdown:");
+  EXPECT_EQ(op.look(12, "5"), dim_white);
+  EXPECT_EQ(op.row(15), "       8 - Telephone call:     [No]");
+  EXPECT_EQ(op.look(15, "No"), red);
+  EXPECT_EQ(op.row(16), "       9 - Message:     " + std::string(55, 'm'));
+  EXPECT_EQ(op.row(18), "      10 - Restore the defaults of this job");
+  op.choose("2");
+  EXPECT_EQ(op.row(5), "****                     UPS shutdown started                     ****");
+  EXPECT_EQ(op.row(6), "****                      Execute a program                       ****");
+  EXPECT_EQ(op.row(12), "      4 - Program file:     " + std::string(51, 'f'));
+  EXPECT_EQ(op.row(14), "      0 - Leave this menu");
+}
+
+TEST(JobFields, AreStoredWhenTheEditorIsLeft) {
+  const Folder folder;
+  fill_jobs(folder);
+  std::string expected = folder.read(file);
+  const auto expect = [&expected](const std::string& key, const std::string& value) {
+    expected = with_value(expected, "Job_08", key, value);
+  };
+  Operator op(folder);
+  op.open("5/2/9");
+  int number = 0;
+  for (const std::string key :
+       {"Log", "Execute", "LocalMessage", "NetMessage", "Shutdown", "Email", "SMS", "Call"}) {
+    SCOPED_TRACE(key);
+    const std::string item = std::to_string(++number);
+    op.open(item + "/1");
+    EXPECT_EQ(op.look(9, "No"), red);
+    expect(key, "0");
+    op.choose("2");
+    op.type("900" + item + "\r");
+    expect(key + "Delay", "900" + item);
+    if (op.shows("3 - Repeat")) {
+      op.choose("3");
+      op.type("11" + item + "\r");
+      expect(key + "Interval", "11" + item);
+    }
+    op.leave();
+  }
+  op.open("2/4");
+  EXPECT_EQ(op.row(10), "****                      Execute a program                       ****");
+  op.type(std::string(259, 'p') + "\r");
+  expect("File", '"' + std::string(258, 'p') + '"');
+  op.leave();
+  op.choose("9");
+  op.type(std::string(121, 'M') + "\r");
+  expect("Message", '"' + std::string(118, 'M') + '"');
+  EXPECT_EQ(op.quit("y"), 1);
+  EXPECT_EQ(folder.read(file), expected);
+}
+
+TEST(JobFields, TakeUpTo9999) {
+  const Folder folder;
+  Operator op(folder);
+  op.open("5/2/1/2/2");
+  EXPECT_EQ(op.row(10), "****                            Delay                             ****");
+  EXPECT_EQ(op.row(14), "      Delay:    0");
+  EXPECT_EQ(op.row(17), "New value [0-9999]");
+  op.type("9999\r");
+  op.choose("2");
+  op.type("10000\r");
+  op.expect("The value is out of range");
+  op.expect("2 - Delay:     9999");
+  op.choose("3");
+  EXPECT_EQ(op.row(10), "****                       Repeat interval                        ****");
+  op.type("10000\r");
+  op.expect("3 - Repeat interval:     0");
+}
+
+TEST(JobFields, SwitchJobsAndParallelFunctions) {
+  struct Case {
+    const char* path;
+    const char* key;
+    std::string label;
+  };
+  const Case cases[] = {
+      {"5/1", "DisableJobs", "1 - Disable all jobs"},
+      {"2/17/1", "EnabledGroups", "1 - Use UPS groups"},
+      {"2/17/2", "DeviceActions", "2 - Actions of single UPS devices"},
+      {"2/17/3", "LostCommRaiseAlarm", "3 - Lost communication raises an alarm"},
+      {"2/17/4", "DisableShutdownForSingleUPS", "4 - No shutdown for a single UPS"},
+  };
+  for (const bool now_on : {false, true}) {
+    const Folder folder;
+    for (const Case& c : cases) folder.set("kestrel.ini", "System", c.key, now_on ? "0" : "5");
+    std::string expected = folder.read("kestrel.ini");
+    Operator op(folder);
+    for (const Case& c : cases) {
+      SCOPED_TRACE(c.key);
+      op.open(c.path);
+      EXPECT_EQ(op.row(op.arrow()), "  --> " + c.label + ":     [" + (now_on ? "Yes]" : "No]"));
+      EXPECT_EQ(op.look(op.arrow(), now_on ? "Yes]" : "No]"), now_on ? green : red);
+      expected = with_value(expected, "System", c.key, now_on ? "1" : "0");
+      while (!op.shows("Harrier 5")) op.leave();
+    }
+    EXPECT_EQ(op.quit("y"), 1);
+    EXPECT_EQ(folder.read("kestrel.ini"), expected);
+  }
+}
+
+TEST(ParallelFunctions, OpenAGroupFromAListThatShowsNoNames) {
+  const Folder folder;
+  Operator op(folder);
+  op.open("2/17/5/1");
+  EXPECT_TRUE(op.shows("Rack A"));
+  op.leave();
+  EXPECT_EQ(op.row(5), "****                          UPS groups                          ****");
+  EXPECT_EQ(op.row(8), "  -->  1 - ...");
+  EXPECT_EQ(op.row(17), "      10 - ...");
+  EXPECT_EQ(op.look("..."), cyan);
+  op.leave();
+  EXPECT_EQ(op.row(13), "  --> 5 - UPS groups");
+  EXPECT_EQ(op.look(13, "5"), white);
+  op.choose("1");
+  EXPECT_EQ(op.look(13, "5"), dim_white);
+}
+
+/// An editor in the folder of the program, where the search for commands begins.
+void install_editor(const Folder& folder, const std::string& script) {
+  folder.write("vi", "#!/bin/sh\n" + script);
+  std::filesystem::permissions(folder.path("vi"), std::filesystem::perms::owner_all);
+}
+
+/// The screen is as before the editor ran, keys arrive at once and are not shown.
+void expect_menu_again(Operator& op) {
+  op.expect("--> 5 - Shutdown script");
+  EXPECT_EQ(op.row(5), "****                      Jobs of UPS events                      ****");
+  EXPECT_EQ(op.row(1), "");
+  EXPECT_EQ(op.look("Jobs of"), white);
+  EXPECT_EQ(op.cell(24, 1).look.background, 0);
+  EXPECT_FALSE(op.cursor_visible() || op.canonical() || op.echo());
+  EXPECT_EQ(arrow_path(op, 8), "8 10 8 6 4 3 1");
+}
+
+TEST(ShutdownScript, IsEditedInATerminalOfItsOwn) {
+  const Folder folder;
+  install_editor(folder,
+                 "trap 'echo caught; read typed' INT\n"
+                 "printf '\\033[44m%s:' \"$*\"\n"
+                 "read line\n"
+                 "echo \"$typed\" > \"$1\"\n"
+                 "stty raw -echo\n"
+                 "printf 'left alone'\n");
+  Operator op(folder);
+  op.open("5/5");
+  EXPECT_EQ(op.row(10), "Edit the script ups_shut.scr in the text editor?");
+  op.enter();
+  op.expect("ups_shut.scr:");
+  EXPECT_TRUE(op.canonical() && op.echo() && op.cursor_visible());
+  EXPECT_FALSE(op.look("ups_shut.scr:").bold);
+  op.type("\003");  // the editor may use this key for itself
+  op.expect("caught");
+  EXPECT_FALSE(op.shows("Jobs of"));
+  op.type("shutdown -h now\r");
+  expect_menu_again(op);
+  EXPECT_EQ(op.quit(), 0);
+  EXPECT_EQ(folder.read("ups_shut.scr"), "shutdown -h now\n");
+}
+
+TEST(ShutdownScript, LeavesTheScreenWholeWhateverTheEditorDoes) {
+  struct Case {
+    const char* path;
+    const char* script;  // none: there is no editor
+    const char* keys = "";
+  };
+  const char* waiting = "echo waiting; read line; echo done > ups_shut.scr\n";
+  const Case cases[] = {
+      {"5/5/1", nullptr},         {"5/5/1", "echo broken >&2; exit 3\n"},
+      {"5/5/1", waiting, "\003"}, {"5/5/1", waiting, "\034"},
+      {"5/5/2", waiting},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(readable(c.keys));
+    const Folder folder;
+    if (c.script != nullptr) install_editor(folder, c.script);
+    Operator op(folder, {.environment = {{"PATH", folder.path()}}});
+    op.open(c.path);
+    if (c.keys[0] != '\0') {
+      op.expect("waiting");
+      op.type(c.keys);
+    }
+    expect_menu_again(op);
+    EXPECT_EQ(op.quit(), 0);
+    EXPECT_FALSE(folder.has("ups_shut.scr"));
+  }
+}
+
+}  // namespace

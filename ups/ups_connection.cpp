@@ -1,0 +1,159 @@
+#include "ups/ups_connection.h"
+
+#include "lang/lang_text.h"
+#include "menus/password_entry.h"
+#include "menus/screen_kit.h"
+#include "ups/ups_line.h"
+
+namespace {
+
+constexpr std::size_t password_size = 120;
+
+UPS& ups_of(const Subject& s) { return INI1.ups[s.index]; }
+
+bool on_serial_line(const Subject& s) { return ups_of(s).Connection == serial_link; }
+bool on_tcp_ip(const Subject& s) { return ups_of(s).Connection == tcp_ip_link; }
+bool on_rfc1628(const Subject& s) { return ups_of(s).Connection == rfc1628_link; }
+
+bool on_network(const Subject& s) {
+  return on_tcp_ip(s) || on_rfc1628(s) || ups_of(s).Connection == snmp_link;
+}
+
+bool known_link(const Subject& s) { return on_serial_line(s) || on_network(s); }
+bool always(const Subject&) { return true; }
+
+bool has_password(const Subject& s) { return on_tcp_ip(s) && ups_of(s).Password != 0; }
+
+std::string link_name(const Subject& s) {
+  switch (ups_of(s).Connection) {
+    case serial_link:
+      return LangText[text::serial_line];
+    case snmp_link:
+      return "SNMP";
+    case tcp_ip_link:
+      return "TCP/IP";
+    case rfc1628_link:
+      return "SNMP - RFC1628";
+    default:
+      return LangText[text::unknown_connection];
+  }
+}
+
+/// The next kind of link; a kind that is none of ours stays.
+void change_link(const Subject& s) {
+  std::uint16_t& link = ups_of(s).Connection;
+  switch (link) {
+    case serial_link:
+      link = tcp_ip_link;
+      break;
+    case tcp_ip_link:
+      link = snmp_link;
+      break;
+    case snmp_link:
+      link = rfc1628_link;
+      break;
+    case rfc1628_link:
+      link = serial_link;
+      break;
+    default:
+      break;
+  }
+}
+
+/// The list shows the address with two digits, its editor without a leading zero.
+void edit_address(const Subject& s) {
+  UPS& ups = ups_of(s);
+  ups.Address = static_cast<std::uint8_t>(
+      edit_number(text::device_address, ups.Address, 0, 255, "%u", "\n\r%s [%u-%u] : "));
+}
+
+/// An RFC 1628 link keeps its agent's address in `Port`.
+std::string network_address(const Subject& s) {
+  const UPS& ups = ups_of(s);
+  return std::string(on_rfc1628(s) ? ups.Port.view() : ups.IPAddress.view());
+}
+
+/// An RFC 1628 link has no use for `IPAddress`: editing its agent's address puts that of this
+/// machine there, whatever an earlier link has left, and even when the agent's stays as it was.
+void edit_network_address(const Subject& s) {
+  UPS& ups = ups_of(s);
+  if (on_rfc1628(s)) {
+    edit_text_field(text::ip_address, ups.Port.bytes, sizeof ups.Port.bytes);
+    ups.IPAddress.assign("127.0.0.1");
+  } else {
+    edit_text_field(text::ip_address, ups.IPAddress.bytes, sizeof ups.IPAddress.bytes);
+  }
+}
+
+/// An empty entry removes the password, and the arrow steps back from an item that is dimmed now.
+/// After a password whose check value is 0 it stays there, until an arrow key is pressed.
+int change_password(const Subject& s, int item) {
+  return enter_password(ups_of(s).Password, password_size) ? item : item - 1;
+}
+
+const Row connection_rows[] = {
+    {.act = Act::custom,
+     .lead = "      1 - ",
+     .label = text::connection,
+     .value = link_name,
+     .bracketed = true,
+     .open = change_link},
+    {},
+    {.act = Act::text,
+     .lead = "          1.2 - ",
+     .label = text::serial_port,
+     .field = FIELD(UPS, Port),
+     .live = on_serial_line},
+    {.act = Act::custom,
+     .lead = "          1.3 - ",
+     .label = text::device_address,
+     .live = on_serial_line,
+     .value = [](const Subject& s) { return format("%02u", unsigned{ups_of(s).Address}); },
+     .open = edit_address},
+    {},
+    {.act = Act::custom,
+     .lead = "          2.1 - ",
+     .label = text::ip_address,
+     .live = on_network,
+     .value = network_address,
+     .open = edit_network_address},
+    {.act = Act::number,
+     .lead = "          2.2 - ",
+     .label = text::ups_port,
+     .field = FIELD(UPS, Device),
+     .low = 1,
+     .high = 65535,
+     .live = on_network},
+    // Switched on, the check value is 1: a password is wanted, and the next item sets it.
+    {.act = Act::flag,
+     .lead = "          2.3 - ",
+     .label = text::password_on,
+     .field = FIELD(UPS, Password),
+     .live = on_tcp_ip},
+    {.act = Act::open,
+     .lead = "              2.3.1 - ",
+     .label = text::enter_password,
+     .live = has_password,
+     .enter = change_password},
+    {},
+    // A link of a kind that we do not know holds the arrow on item 1, and Enter does not change it:
+    // such a file is for an editor of texts.
+    {.act = Act::back,
+     .lead = "      0 - ",
+     .label = text::back,
+     .live = known_link,
+     .shown = always},
+};
+
+const Screen connection_screen{.start_row = 2,
+                               .title = text::connection,
+                               .rows = connection_rows,
+                               .entry = [](const Subject& s) -> void* { return &ups_of(s); }};
+
+}  // namespace
+
+void print_ups_conn_param(int selected, int slot) {
+  print_screen(connection_screen, {.index = slot}, selected);
+}
+
+void ups_conn_param(int slot) { run_screen(connection_screen, {.index = slot}); }

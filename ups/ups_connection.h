@@ -1,0 +1,7 @@
+#pragma once
+
+/// How the service reaches the UPS in slot 0 to 15.
+void ups_conn_param(int slot);
+
+/// Draws the connection with the arrow on `selected`.
+void print_ups_conn_param(int selected, int slot);
