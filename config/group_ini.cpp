@@ -42,6 +42,17 @@ std::string format_group(const Group& group) {
   return out;
 }
 
+/// Deletes the file of a group that is gone. A file that may not be deleted stays, as does one of a
+/// higher number. The folder is flushed before, lest the deletion reaches the disk earlier than the
+/// file that the group behind has moved to.
+int delete_file(const std::string& path) {
+  if (access(path.c_str(), F_OK) != 0) return 0;
+  const int error = sync_folder(path);
+  if (error != 0 || unlink(path.c_str()) == 0) return error;
+  const bool kept = errno == EACCES || errno == EPERM || errno == EROFS || errno == EBUSY;
+  return kept || errno == ENOENT || errno == EISDIR ? 0 : errno;
+}
+
 }  // namespace
 
 int LoadGroupsINI() {
@@ -61,7 +72,5 @@ int SaveGroupsINI() {
   }
   // Each unused group deletes the file that the next one in use would get. That one replaces the
   // file anyway, so only unused groups behind the last one in use leave a gap.
-  if (!INI.group[group_count - 1].Name.empty()) return 0;
-  const bool deleted = unlink(group_path(written).c_str()) == 0;
-  return deleted || errno == ENOENT || errno == EISDIR ? 0 : errno;
+  return INI.group[group_count - 1].Name.empty() ? delete_file(group_path(written)) : 0;
 }

@@ -42,7 +42,9 @@ void write_field(std::string& out, const Field& field, const void* entry) {
   out += field.key;
   if (field.kind == Kind::text) {
     out += "=\"";
-    out += text_at(field, entry);
+    // A group profile may hold any bytes; a line end among them would start a line of its own.
+    const std::string_view text = text_at(field, entry);
+    out += text.substr(0, text.find('\n'));
     out += "\"\n";
   } else {
     out += '=';

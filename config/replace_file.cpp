@@ -134,7 +134,8 @@ int swap(const std::string& path, const struct stat* old, std::string_view conte
 /// Whether a file that may be written may yet not be swapped: the folder is not ours or read-only,
 /// the file has an owner to whom we cannot give one, or it is a mount point.
 bool cannot_swap(int error) {
-  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
+         error == ENAMETOOLONG;
 }
 
 }  // namespace

@@ -75,6 +75,7 @@ void edit_recipient_name(Text<32>& name) {
 int edit_recipient(const Subject&, int item) {
   SMS& recipient = INI1.sms[item - 1];
   edit_recipient_name(recipient.Name);
+  // The name counts as it stands now: Enter alone deletes a recipient whose stored name begins so.
   if (recipient.Name.bytes[0] == deletion_mark) {
     // The number stays in the record: it is gone with the slot when the file is written.
     recipient.Name.bytes[0] = '\0';

@@ -104,8 +104,8 @@ void print_screen(const Screen& screen, const Subject& subject, int selected);
 /// Runs a screen until an item leaves it.
 void run_screen(const Screen& screen, const Subject& subject = {}, int selected = 1);
 
-/// The number of a line of a list in front of its text, right-aligned: "       1 - ", "      10 -
-/// ".
+/// The number of a line of a list in front of its text, with as many blanks before it that numbers
+/// of one and of two digits stand below each other.
 void print_list_number(int number);
 
 /// Prints a text behind `used` columns of its line, cut so that the line ends within 80 columns.

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <ctime>
 #include <string>
 #include <vector>
 
 #include "schedule/encoding.h"
 #include "schedule/upcoming.h"
+
+using Lines = std::vector<std::string>;
 
 /// A match as one line of text: the local time, the UPS and the action.
 inline std::string upcoming_line(const std::tm& at, const ScheduleEntry& entry) {
@@ -16,9 +16,8 @@ inline std::string upcoming_line(const std::tm& at, const ScheduleEntry& entry) 
 }
 
 /// The lines of `next_actions`.
-inline std::vector<std::string> upcoming_lines(std::int64_t start, std::int64_t end,
-                                               const Record& record) {
-  std::vector<std::string> lines;
+inline Lines upcoming_lines(std::int64_t start, std::int64_t end, const Record& record) {
+  Lines lines;
   next_actions(start, end, record, [&](const std::tm& at, const ScheduleEntry& entry) {
     lines.push_back(upcoming_line(at, entry));
   });
@@ -26,9 +25,8 @@ inline std::vector<std::string> upcoming_lines(std::int64_t start, std::int64_t 
 }
 
 /// The same list the plain way: `TestSchedules` for every entry in every minute.
-inline std::vector<std::string> plain_upcoming_lines(std::int64_t start, std::int64_t end,
-                                                     const Record& record) {
-  std::vector<std::string> lines;
+inline Lines plain_upcoming_lines(std::int64_t start, std::int64_t end, const Record& record) {
+  Lines lines;
   for (std::int64_t t = start; t < end; t += 60) {
     for (int i = 0; i < schedule_count; ++i) {
       if (record.schedule[i].action == 0 || TestSchedules(t, record, i) == 0) continue;

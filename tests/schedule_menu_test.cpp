@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "tests/arrow_path.h"
+#include "tests/tables.h"
 
 namespace {
 
@@ -35,106 +36,14 @@ Folder::Files with_schedules(const std::vector<std::string>& entries) {
   return {{"kestrel.ini", config}};
 }
 
-TEST(ScheduleMenus, MoveTheArrowOverEveryScreen) {
-  struct Walk {
-    const char* screen;
-    int first_row;
-    const char* path;
-  };
-  const Walk cases[] = {
-      {"4", 4,
-       "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 18 20 18 16 15 14 13 12 11 10 9 8 7 6 5 4 3 2 1"},
-      {"4/1", 8, "1 2 3 4 6 4 3 2 1"},
-      {"4/1/2", 7, "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 15 14 13 12 11 10 9 8 7 6 5 4 3 2 1"},
-      {"4/1/3", 8, "1 2 3 4 5 6 5 4 3 2 1"},
-      {"4/1/4", 8, "1 2 3 4 3 2 1"},
-      {"4/17", 5, "1 3 1"},
-  };
-  const Folder folder(with_schedules({}));
-  for (const Walk& c : cases) {
-    SCOPED_TRACE(c.screen);
-    Operator op(folder, in_utc);
-    op.open(c.screen);
-    EXPECT_EQ(arrow_path(op, c.first_row), c.path);
-  }
-}
-
-TEST(ScheduleMenus, DescribeWhateverAnEntryHolds) {
-  const Folder folder(with_schedules({
-      data(morning, 0, 1, 1, 0),
-      data(morning, 1, 2, 2, 0),
-      data(morning, 2, 3, 3, 0),
-      data(morning, 0, 4, 4, 31),
-      data(0, 3, 5, 3, 6),
-      data(-60, 16, 6, 1, 0),
-      data(morning, 65535, 7, 0, 0),
-      data(morning, 0, 255, 5, 255),
-      data(morning, 0, 0, 3, 0),
-  }));
-  Operator op(folder, in_utc);
-  op.choose("4");
-  EXPECT_EQ(op.screen(),
-            R"(**********************************************************************
-****                      Scheduled actions                       ****
-**********************************************************************
-  -->  1 - Rack A left     SYSSHUTDOWN [15.06.2037 - 06:30]
-       2 - Rack A right    UPSSHUTDOWN [D - 06:30]
-       3 - Machine hall    UPSREBOOT [W - Sun - 06:30]
-       4 - Rack A left     UPSTEST   [M - 31 - 06:30]
-       5 - ?               BATTERYTEST [W - Sat - 00:00]
-       6 - ?               PANELTEST [31.12.1969 - 23:59]
-       7 - ?               OSSHUTDOWN Not set
-       8 - Rack A left     Not set   Not set
-       9 - ...
-      10 - ...
-      11 - ...
-      12 - ...
-      13 - ...
-      14 - ...
-      15 - ...
-      16 - ...
-----------------------------------------------------------------------
-      17 - Upcoming actions
-----------------------------------------------------------------------
-       0 - Leave this menu
-**********************************************************************
-)");
-  EXPECT_EQ(op.look(4, "Rack A left"), cyan);
-  EXPECT_EQ(op.look(12, "..."), cyan);
-
-  const char* const edited[][3] = {
-      {"Rack A left", "System shutdown", "Once - 15.06.2037 - 06:30"},
-      {"Rack A right", "UPS shutdown", "Daily - 06:30"},
-      {"Machine hall", "UPS restart", "Weekly - Sunday - 06:30"},
-      {"Rack A left", "UPS test", "Monthly - 31 - 06:30"},
-      {"?", "Battery test", "Weekly - Saturday - 00:00"},
-      {"?", "Panel test", "Once - 31.12.1969 - 23:59"},
-      {"?", "Operating system shutdown", "Not set"},
-      {"Rack A left", "Not set", "Not set"},
-  };
-  for (int i = 0; i < 8; ++i) {
-    op.choose(std::to_string(i + 1));
-    EXPECT_EQ(op.row(9), std::string("      2 - UPS name:     ") + edited[i][0]);
-    EXPECT_EQ(op.row(10), std::string("      3 - Action:     ") + edited[i][1]);
-    EXPECT_EQ(op.row(11), std::string("      4 - Time:     ") + edited[i][2]);
-    op.leave();
-  }
-}
-
 TEST(ScheduleEditor, OffersTheUpsSlotsAsTheyAreEdited) {
-  Folder::Files files = with_schedules({data(0, 2, 6, 2, 0)});
-  std::string& config = files["kestrel.ini"];
-  config = with_value(config, "UPS_01", "Connection", "5");
-  const Folder folder(files);
+  const Folder folder(demo_with("UPS_01.Connection=5"));
   Operator op(folder, in_utc);
   op.open("2/2/4/2.2");
   op.type("1161\r");
-  for (const char* number : {"0", "0", "0", "4", "1", "2"}) op.choose(number);
-  EXPECT_EQ(op.row(7), "  -->  1 - Rack A left      TARVO52R1500       Serial - /dev/ttyS0 - 00");
+  op.open("0/0/0/4/1/2");
   EXPECT_TRUE(op.row(8).ends_with(" LUMEN39T3000       SNMP(1628) - /dev/ttyS0 - 1161"));
-  op.choose("16");  // a free slot changes nothing
-  EXPECT_EQ(op.row(9), "  --> 2 - UPS name:     Machine hall");
-  op.open("2/2");
+  op.choose("2");
   EXPECT_EQ(op.row(9), "  --> 2 - UPS name:     Rack A right");
 }
 

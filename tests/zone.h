@@ -2,25 +2,20 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <optional>
 #include <string>
 
-/// Another time zone (the value of `TZ`, nullptr for none) until the object ends.
+/// Another time zone (the value of `TZ`, empty for none) until the object ends.
 class Zone {
  public:
-  explicit Zone(const char* name) {
-    if (const char* before = getenv("TZ")) before_ = before;
-    set(name);
-  }
-  ~Zone() { set(before_ ? before_->c_str() : nullptr); }
+  explicit Zone(const std::string& name) { set(name); }
+  ~Zone() { set(before_); }
   Zone(const Zone&) = delete;
   Zone& operator=(const Zone&) = delete;
 
  private:
-  static void set(const char* name) {
-    name == nullptr ? unsetenv("TZ") : setenv("TZ", name, 1);
+  static void set(const std::string& name) {
+    name.empty() ? unsetenv("TZ") : setenv("TZ", name.c_str(), 1);
     tzset();
   }
-
-  std::optional<std::string> before_;
+  const std::string before_ = getenv("TZ") == nullptr ? "" : getenv("TZ");
 };

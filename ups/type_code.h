@@ -15,5 +15,6 @@ extern UpsModel FindModel;
 
 /// Decodes the code that is printed on a UPS: a product line in its first five characters and the
 /// speed of its serial line in the seventh, 12 characters or more in all. Returns `FindModel`, or
-/// null for a code that belongs to no product line which the service supports.
+/// null for a code that belongs to no product line which the service supports. `code` must not
+/// point into `FindModel`.
 const UpsModel* FindUpsModelTxt(const char* code);

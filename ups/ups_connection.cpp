@@ -1,5 +1,8 @@
 #include "ups/ups_connection.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "lang/lang_text.h"
 #include "menus/password_entry.h"
 #include "menus/screen_kit.h"
@@ -39,25 +42,14 @@ std::string link_name(const Subject& s) {
   }
 }
 
-/// The next kind of link; a kind that is none of ours stays.
+/// The next kind of link, in the order that operators know: TCP/IP comes before SNMP. A kind that
+/// is none of these, which only a file can hold, stays.
 void change_link(const Subject& s) {
+  constexpr std::uint16_t order[] = {serial_link, tcp_ip_link, snmp_link, rfc1628_link};
   std::uint16_t& link = ups_of(s).Connection;
-  switch (link) {
-    case serial_link:
-      link = tcp_ip_link;
-      break;
-    case tcp_ip_link:
-      link = snmp_link;
-      break;
-    case snmp_link:
-      link = rfc1628_link;
-      break;
-    case rfc1628_link:
-      link = serial_link;
-      break;
-    default:
-      break;
-  }
+  const auto* const at = std::find(std::begin(order), std::end(order), link);
+  if (at == std::end(order)) return;
+  link = at + 1 == std::end(order) ? order[0] : at[1];
 }
 
 /// The list shows the address with two digits, its editor without a leading zero.

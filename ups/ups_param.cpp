@@ -53,7 +53,8 @@ void visit_members(Visit visit) {
   }
 }
 
-/// Frees a slot; returns the item of the arrow then.
+/// Frees a slot; returns the item of the arrow then. A slot that is free already only leaves the
+/// screen: no other UPS moves down, so no group may be renumbered.
 int delete_ups(int slot, int item) {
   if (!ups_in_use(slot)) return leave;
   bool in_group = false;

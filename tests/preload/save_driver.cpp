@@ -13,29 +13,23 @@ namespace {
 /// middle and the last leave.
 void change(Record& record) {
   record.system.Name.assign("changed");
-  record.job[0].LogDelay = 4711;
-  record.job_state[0].LogDelay = 4711;
+  record.job[0].LogDelay = record.job_state[0].LogDelay = 4711;
   for (Group& group : record.group) {
-    const auto name = group.Name.view();
-    if (name == "leaves")
-      group = {};
-    else if (!name.empty())
-      group.UPSShutdownDelay = 4711;
+    if (group.Name.view() == "leaves") group = {};
+    if (!group.Name.empty()) group.UPSShutdownDelay = 4711;
   }
   record.sensor[0].Name.assign("changed");
 }
-
-void use_folder(const char* path) { std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", path); }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
   if (argc != 3) return 2;
-  use_folder(argv[1]);
+  std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", argv[1]);
   if (LoadINI() != 0) return 2;
   change(INI1);
   copy_record(INI, INI1);
-  use_folder(argv[2]);
+  std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", argv[2]);
   const int error = SaveINI();
   flush();
   return error == 0 ? 0 : 1;

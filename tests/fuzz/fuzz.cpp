@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "config/group_profile.h"
+#include "config/ini_reader.h"
+#include "config/store.h"
+#include "lang/lang_text.h"
+#include "lang/language_choice.h"
+#include "tests/plain_upcoming.h"
+#include "tests/zone.h"
+#include "tui/diag.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Ends the run with a finding unless `holds`; `claim` says what should have held.
+void require(bool holds, const char* claim) {
+  if (holds) return;
+  std::fprintf(stderr, "This should have held: %s\n", claim);
+  std::abort();
+}
+
+/// A folder of its own, in TMPDIR, beside which the program believes to lie. With a slash.
+std::string make_folder() {
+  std::string path = fs::temp_directory_path() / "harrier-fuzz.XXXXXX";
+  require(mkdtemp(path.data()) != nullptr, "the folder for the files can be made");
+  path += '/';
+  ProgramDir[path.copy(ProgramDir, sizeof ProgramDir - 1)] = '\0';
+  return path;
+}
+
+const std::string folder = make_folder();
+
+void write_file(const std::string& name, std::string_view bytes) {
+  require((std::ofstream(folder + name) << bytes).flush().good(), "the input can be written");
+}
+
+/// Loading and saving, once it has been done, changes nothing any more.
+void check_round_trip(int (*load)(), int (*save)()) {
+  std::map<fs::path, std::string> saved;
+  for (const bool again : {false, true}) {
+    require(load() == 0 && save() == 0, "what is there loads and can be saved");
+    std::map<fs::path, std::string> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+      std::ifstream file(entry.path(), std::ios::binary);
+      files[entry.path()] = std::string(std::istreambuf_iterator<char>(file), {});
+    }
+    require(!again || files == saved, "what was saved is saved again, byte for byte");
+    saved.swap(files);
+  }
+}
+
+template <typename T>
+bool is_zero(const T& object) {
+  static const T zero = {};
+  return std::memcmp(&object, &zero, sizeof object) == 0;
+}
+
+/// A start of the program. What no file can reach stays zero.
+int load_configuration() {
+  actual_section = 255;
+  const int result = LoadINI();
+  require(is_zero(INI.spare) && is_zero(INI.email_config.spare) && is_zero(INI.mess_config.spare) &&
+              is_zero(INI.wap_config.spare) && is_zero(INI.group[0].spare),
+          "spare bytes stay zero");
+  for (const ScheduleEntry& entry : INI.schedule) {
+    require(is_zero(entry.spare) && entry.last == 0, "the moment of firing is in no file");
+  }
+  for (int i = 1; i < group_count; ++i) require(is_zero(INI.group[i]), "other groups stay empty");
+  return result;
+}
+
+}  // namespace
+
+/// The targets. Each is built as a program of its own, which `FUZZ_TARGET` names.
+namespace fuzz {
+
+/// A whole configuration, one file of each kind with a file separator (ASCII 28) between each two:
+/// it loads, and once it has been saved, loading and saving change nothing any more.
+///
+/// A single group file on purpose. With several, a save may leave one behind that no group has
+/// written, and the next start takes it for one more group.
+void ini(std::string_view input) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove(entry);
+  for (const char* name : {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini"}) {
+    const std::size_t size = std::min(input.find('\x1c'), input.size());
+    write_file(name, input.substr(0, size));
+    input.remove_prefix(std::min(input.size(), size + 1));
+  }
+  write_file("sensor.ini", input);
+  check_round_trip(load_configuration, SaveINI);
+}
+
+/// One language file for all programs of the family: every text and name stays within its room, and
+/// a file without the section changes nothing.
+void language(std::string_view input) {
+  static const int allocated = AllocText();
+  require(allocated == 0, "there is memory for the texts");
+  write_file("lang_00.ini", input);
+  write_file("lang1_00.ini", input);
+  static LanguageNames names;
+  load_language_names(names);
+  const auto ends = [](const auto& text) { return strnlen(text, sizeof text) < sizeof text; };
+  require(std::all_of(std::begin(names), std::end(names), ends), "names end");
+
+  constexpr char earlier[] = "earlier";
+  for (const int program : {merlin, osprey, harrier, skylark, wren}) {
+    const auto probes = {LangText[0], LangText[499], LangText[1099]};
+    for (char* probe : probes) std::memcpy(probe, earlier, sizeof earlier);
+    const int result = LoadText(program, 0);
+    require(result == 0 || result == 2, "a file that exists can be opened");
+    for (const char* probe : probes) {
+      require(result == 0 || std::strcmp(probe, earlier) == 0, "without the section all stays");
+    }
+    for (const char* text : LangText) require(strnlen(text, text_size) < text_size, "texts end");
+    require(std::all_of(std::begin(LM), std::end(LM), ends) &&
+                std::all_of(std::begin(sys_mess), std::end(sys_mess), ends),
+            "texts of the other programs end");
+    require(std::strlen(LangFileVersion) <= 20, "a version has at most 20 characters");
+  }
+}
+
+/// A group profile: its whole records become events, the rest of the events are empty, and once it
+/// has been saved, loading and saving change nothing any more.
+void profile(std::string_view input) {
+  static const std::string path = folder + "profile";
+  static GroupEvent events[event_count];
+  const auto load = [] { return LoadGroupProfile(path.c_str(), events); };
+  write_file("profile", input);
+  std::memset(events, 0xEE, sizeof events);
+  require(load() == 0, "the profile loads");
+  const std::size_t whole = input.size() - input.size() % sizeof(GroupEvent);
+  std::string expected(input.substr(0, std::min(whole, sizeof events)));
+  expected.resize(sizeof events);
+  if (test_big_endian() != 0) std::for_each(events, events + event_count, swap_event_data);
+  require(std::memcmp(events, expected.data(), sizeof events) == 0, "the events are the records");
+  check_round_trip(load, [] { return SaveGroupProfile(path.c_str(), events); });
+}
+
+/// Schedule codes, one behind the other: decoding makes some entry of them, encoding it again gives
+/// a code that stands for the same entry, and the list of upcoming matches is the plain one. Two
+/// bytes before them choose the time zone, and the moment of a period in which entry 0 is due.
+void schedule(std::string_view input) {
+  constexpr std::int64_t period = 3 * 3600;
+  constexpr const char* zones[] = {"UTC", "Europe/Prague", "America/New_York",
+                                   "Australia/Lord_Howe"};
+  std::uint8_t head[2] = {};
+  input.copy(reinterpret_cast<char*>(head), sizeof head);
+  const Zone zone(zones[head[0] % std::size(zones)]);
+  input.remove_prefix(std::min(input.size(), sizeof head));
+  INI = {};
+  for (ScheduleEntry& entry : INI.schedule) {
+    input.remove_prefix(input.copy(entry.code.bytes, sizeof entry.code));
+  }
+  DecodeSchedules();
+
+  static Record decoded;
+  decoded = INI;
+  EncodeSchedules();
+  for (int i = 0; i < schedule_count; ++i) {
+    const ScheduleEntry& entry = INI.schedule[i];
+    require(entry.code.view().size() == (entry.action == 0 ? 0 : 18), "codes are whole, or none");
+    if (entry.action == 0) decoded.schedule[i] = {};
+    decoded.schedule[i].code = entry.code;
+  }
+  DecodeSchedules();
+  require(std::memcmp(&INI, &decoded, sizeof INI) == 0, "a code stands for the same entry again");
+
+  const std::int64_t lead = head[1] * period / 256;
+  const std::int64_t start = std::max<std::int64_t>(0, INI.schedule[0].time - lead);
+  require(upcoming_lines(start, start + period, INI) ==
+              plain_upcoming_lines(start, start + period, INI),
+          "both lists of upcoming matches agree");
+}
+
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  fuzz::FUZZ_TARGET({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

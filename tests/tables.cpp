@@ -1,0 +1,101 @@
+#include "tests/tables.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <stdexcept>
+
+namespace {
+
+std::string trimmed(std::string_view text) {
+  const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+  return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
+}
+
+std::vector<std::string> split(std::string_view text, std::string_view separator) {
+  std::vector<std::string> parts;
+  while (true) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(trimmed(text.substr(0, end)));
+    if (end == std::string_view::npos) return parts;
+    text.remove_prefix(end + separator.size());
+  }
+}
+
+std::string repeated(std::string line) {
+  static const std::regex times("(.)\\{([0-9]+)\\}");
+  for (std::smatch found; std::regex_search(line, found, times);) {
+    line = found.prefix().str() + std::string(std::stoul(found[2]), found.str(1)[0]) +
+           found.suffix().str();
+  }
+  return line;
+}
+
+}  // namespace
+
+const std::string& Line::operator[](std::size_t cell) const {
+  static const std::string none;
+  return cell < cells.size() ? cells[cell] : none;
+}
+
+std::vector<Table> read_tables(std::string_view name) {
+  std::ifstream file(source_dir() + "/tests/data/" + std::string(name));
+  std::vector<Table> tables;
+  int number = 0;
+  for (std::string line; std::getline(file, line);) {
+    ++number;
+    if (line.empty() || line[0] == '#') continue;
+    if (line[0] == '[') {
+      tables.push_back({line.substr(1, line.find(']') - 1), {}});
+    } else {
+      tables.at(tables.size() - 1).lines.push_back({number, split(repeated(line), " |")});
+    }
+  }
+  if (tables.empty()) throw std::runtime_error("no tables in " + std::string(name));
+  return tables;
+}
+
+std::ostream& operator<<(std::ostream& out, const Table& table) { return out << table.name; }
+
+std::string case_name(const Table& table) {
+  std::string name;
+  std::copy_if(table.name.begin(), table.name.end(), std::back_inserter(name),
+               [](unsigned char c) { return std::isalnum(c) != 0; });
+  return name;
+}
+
+std::vector<Value> read_values(std::string_view cell) {
+  std::vector<Value> values;
+  static const std::regex form("(?:([^:=]+):)?([^.=]+)\\.([^=]+)=(.*)");
+  for (const std::string& part : split(cell, ";")) {
+    std::smatch found;
+    if (part.empty()) continue;
+    if (!std::regex_match(part, found, form)) throw std::runtime_error("no value: " + part);
+    values.push_back(
+        {found[1].matched ? found.str(1) : "kestrel.ini", found[2], found[3], found[4]});
+  }
+  return values;
+}
+
+void put_values(Folder::Files& files, std::string_view cell) {
+  for (const Value& v : read_values(cell)) {
+    std::string& text = files[v.file];
+    const std::string header = "[" + v.section + "]\n";
+    if (text.find(header) == std::string::npos) text += "\n" + header;
+    if (ini_value(text, v.section, v.key).empty()) {
+      text.insert(text.find(header) + header.size(), v.key + "=\n");
+    }
+    text = with_value(text, v.section, v.key, v.text);
+  }
+}
+
+Folder::Files demo_with(std::string_view values) {
+  Folder::Files files;
+  for (const auto& entry : std::filesystem::directory_iterator(source_dir() + "/demo")) {
+    files[entry.path().filename().string()] = read_file(entry.path());
+  }
+  put_values(files, values);
+  return files;
+}
