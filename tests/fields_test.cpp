@@ -1,19 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <sstream>
 
 #include "tests/operator.h"
 #include "tests/tables.h"
 
 namespace {
-
-/// "Sam<Enter>+4420" as it is typed, with Enter at the end.
-std::string keys(const std::string& typed) {
-  return std::regex_replace(std::regex_replace(typed, std::regex("<Enter>"), "\r"),
-                            std::regex("<Esc>"), "\x1b") +
-         (typed.ends_with("<Enter>") ? "" : "\r");
-}
 
 struct Entry {
   std::string keys;

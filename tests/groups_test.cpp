@@ -20,7 +20,7 @@ TEST(Group, IsDeletedWithItsNameAndWipedWhenOpenedAgain) {
     EXPECT_EQ(op.quit("y"), 1);
   };
   const std::string before = folder.read(file);
-  run("/1/2", "Back\r");  // before the screen is left nothing else is lost
+  run("/1/2", "Back\r");  // before the screen is left only this is lost
   EXPECT_EQ(folder.read(file), with_value(with_value(before, "Common", "Name", "\"Back\""),
                                           "Common", "AllowedUPSReboot", "0"));
   run("/1/0/1/2", "New\r");

@@ -10,6 +10,7 @@
 #include "lang/lang_text.h"
 #include "tests/arrow_path.h"
 #include "tests/operator.h"
+#include "tests/tables.h"
 
 namespace {
 
@@ -41,30 +42,17 @@ std::string with_defaults(const std::string& text, int event) {
   return text.substr(0, begin) + job + text.substr(end);
 }
 
-// Those that no menu restores: of sensors, and in whole sentences.
 TEST(JobDefaults, FollowTheEvent) {
-  struct Case {
-    int event;
-    int variant;
-    int interval;
-    const char* message;  // a language that has not been loaded numbers its texts
-  };
-  const Case cases[] = {
-      {2, 1, 60, "Text 402"},  {21, 7, 0, "Text 421"}, {22, 1, 60, "Text 384"},
-      {23, 0, 60, "Text 385"}, {24, 0, 0, "Text 386"}, {25, 0, 60, "Text 387"},
-      {26, 0, 60, "Text 388"}, {27, 0, 0, "Text 389"}, {28, 0, 60, "Text 390"},
-      {29, 0, 0, "Text 391"},
-  };
   ASSERT_EQ(AllocText(), 0);
-  for (const Case& c : cases) {
+  for (const Line& line : read_table("job_defaults.txt")) {
     Job job;
     std::memset(&job, 0xEE, sizeof job);
-    JobToDefault(job, c.event, c.variant);
+    JobToDefault(job, std::stoi(line[0]), std::stoi(line[1]));
     Job expected = {};
     expected.Log = expected.LocalMessage = 1;
-    expected.LocalMessageInterval = static_cast<std::uint16_t>(c.interval);
-    expected.Message.assign(c.message);
-    EXPECT_EQ(std::memcmp(&job, &expected, sizeof job), 0) << c.event << job.Message.view();
+    expected.LocalMessageInterval = static_cast<std::uint16_t>(std::stoi(line[2]));
+    expected.Message.assign(line[3]);
+    EXPECT_EQ(std::memcmp(&job, &expected, sizeof job), 0) << line[0] << job.Message.view();
   }
   FreeText();
 }

@@ -128,22 +128,12 @@ bool is_stopped(pid_t pid) {
 }
 
 void append_utf8(std::string& text, std::uint32_t code) {
-  const auto byte = [&](std::uint32_t value) { text.push_back(static_cast<char>(value)); };
-  if (code < 0x80) {
-    byte(code);
-  } else if (code < 0x800) {
-    byte(0xC0 | code >> 6);
-    byte(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    byte(0xE0 | code >> 12);
-    byte(0x80 | (code >> 6 & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  } else {
-    byte(0xF0 | code >> 18);
-    byte(0x80 | (code >> 12 & 0x3F));
-    byte(0x80 | (code >> 6 & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  }
+  if (code < 0x80) return text.push_back(static_cast<char>(code));
+  const int more = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  constexpr std::uint32_t lead[] = {0, 0xC0, 0xE0, 0xF0};
+  text.push_back(static_cast<char>(lead[more] | code >> 6 * more));
+  for (int i = more - 1; i >= 0; --i)
+    text.push_back(static_cast<char>(0x80 | (code >> 6 * i & 0x3F)));
 }
 
 int colour_number(const VTermColor& colour, bool is_default) {
@@ -196,26 +186,13 @@ Operator::Operator(int rows, int cols)
       cols_(cols),
       terminal_(vterm_new(rows, cols)),
       screen_(vterm_obtain_screen(terminal_)) {
-  static const VTermScreenCallbacks callbacks = {
-      .damage = nullptr,
-      .moverect = nullptr,
-      .movecursor = nullptr,
-      .settermprop =
-          [](VTermProp property, VTermValue* value, void* user) {
-            if (property == VTERM_PROP_CURSORVISIBLE) {
-              static_cast<Operator*>(user)->cursor_visible_ = value->boolean != 0;
-            }
-            return 1;
-          },
-      .bell =
-          [](void* user) {
-            ++static_cast<Operator*>(user)->bells_;
-            return 1;
-          },
-      .resize = nullptr,
-      .sb_pushline = nullptr,
-      .sb_popline = nullptr,
+  static VTermScreenCallbacks callbacks{};
+  callbacks.settermprop = [](VTermProp property, VTermValue* value, void* user) {
+    auto& visible = static_cast<Operator*>(user)->cursor_visible_;
+    if (property == VTERM_PROP_CURSORVISIBLE) visible = value->boolean != 0;
+    return 1;
   };
+  callbacks.bell = [](void* user) { return ++static_cast<Operator*>(user)->bells_; };
   vterm_set_utf8(terminal_, 1);
   vterm_screen_set_callbacks(screen_, &callbacks, this);
   vterm_screen_reset(screen_, 1);
@@ -363,14 +340,12 @@ void Operator::type(std::string_view keys) {
 }
 
 void Operator::up(int times) {
-  for (int i = 0; i < times; ++i) type(up_key);
+  while (times-- > 0) type(up_key);
 }
 
 void Operator::down(int times) {
-  for (int i = 0; i < times; ++i) type(down_key);
+  while (times-- > 0) type(down_key);
 }
-
-void Operator::enter() { type("\r"); }
 
 void Operator::point(int row) {
   await([&] { return settled() && (arrow_now() != 0 || status_); }, "a menu");
@@ -407,8 +382,6 @@ void Operator::open(std::string_view path) {
     path.remove_prefix(slash + 1);
   }
 }
-
-void Operator::leave() { choose("0"); }
 
 int Operator::quit(std::string_view answer) {
   do {
@@ -477,8 +450,6 @@ int Operator::arrow() {
   return arrow_now();
 }
 
-bool Operator::shows(std::string_view text) { return screen().find(text) != std::string::npos; }
-
 void Operator::expect(std::string_view text) {
   const auto shown = [&] { return screen_now().find(text) != std::string::npos; };
   await([&] { return settled() && (shown() || status_); }, "\"" + std::string(text) + "\"");
@@ -515,30 +486,16 @@ bool Operator::cursor_visible() {
   return cursor_visible_;
 }
 
-std::pair<int, int> Operator::cursor() {
-  settle();
-  VTermPos at;
-  vterm_state_get_cursorpos(vterm_obtain_state(terminal_), &at);
-  return {at.row + 1, at.col + 1};
-}
-
 int Operator::bells() {
   settle();
   return bells_;
 }
 
-bool Operator::echo() {
+bool Operator::mode(tcflag_t flag) {
   settle();
   termios modes{};
   check(tcgetattr(slave_, &modes) == 0, "tcgetattr");
-  return (modes.c_lflag & ECHO) != 0;
-}
-
-bool Operator::canonical() {
-  settle();
-  termios modes{};
-  check(tcgetattr(slave_, &modes) == 0, "tcgetattr");
-  return (modes.c_lflag & ICANON) != 0;
+  return (modes.c_lflag & flag) != 0;
 }
 
 void Operator::resize(int rows, int cols) {
@@ -566,23 +523,13 @@ void Operator::hang_up() {
 }
 
 bool Operator::stopped() {
-  await(
-      [&] {
-        pump(0);
-        return status_ || is_stopped(pid_);
-      },
-      "the program to stop");
+  await([&] { return pump(0), status_ || is_stopped(pid_); }, "the program to stop");
   settle();
   return !status_;
 }
 
 int Operator::exit_status() {
-  await(
-      [&] {
-        pump(0);
-        return status_.has_value();
-      },
-      "the end of the program");
+  await([&] { return pump(0), status_.has_value(); }, "the end of the program");
   settle();
   return WIFEXITED(*status_) ? WEXITSTATUS(*status_) : 128 + WTERMSIG(*status_);
 }

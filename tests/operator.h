@@ -2,6 +2,7 @@
 
 #include <sys/resource.h>
 #include <sys/types.h>
+#include <termios.h>
 #include <vterm.h>
 
 #include <functional>
@@ -79,7 +80,9 @@ class Operator {
   void type(std::string_view keys);
   void up(int times = 1);
   void down(int times = 1);
-  void enter();  // "\r", which the terminal turns into a line feed unless it is told not to
+  void enter() {
+    type("\r");
+  }  // "\r", which the terminal turns into a line feed unless it is told not to
 
   /// Moves the arrow to the item with this number ("7", "6.1", "10") by Up or Down, and presses
   /// Enter. Waits for a menu first.
@@ -92,7 +95,7 @@ class Operator {
   void point(int row);
 
   /// Chooses item 0 of the screen.
-  void leave();
+  void leave() { choose("0"); }
 
   /// Leaves one screen after the other until the program ends, and returns its exit status. When it
   /// asks whether to save, types the answer and Enter; without an answer the question is a failure,
@@ -102,18 +105,17 @@ class Operator {
   std::string row(int number);  // from 1, without blanks at its end
   std::string screen();         // all rows, without the empty ones at the end
   int arrow();                  // the row of the mark "-->", 0 if there is none
-  bool shows(std::string_view text);
+  bool shows(std::string_view text) { return screen().find(text) != std::string::npos; }
   void expect(std::string_view text);  // waits until the screen shows it, over pauses too
 
   Cell cell(int row, int col);                // from 1
   Look look(int row, std::string_view text);  // of the text's first character in that row
   Look look(std::string_view text);           // in the first row that has it
   bool cursor_visible();
-  std::pair<int, int> cursor();  // row and column, from 1
-  int bells();                   // how often the bell has rung
+  int bells();  // how often the bell has rung
 
-  bool echo();       // the terminal shows what is typed
-  bool canonical();  // the terminal collects whole lines
+  bool echo() { return mode(ECHO); }         // the terminal shows what is typed
+  bool canonical() { return mode(ICANON); }  // the terminal collects whole lines
 
   void resize(int rows, int cols);
   void signal(int number);  // to the program alone
@@ -129,10 +131,10 @@ class Operator {
   bool ended();
 
   std::string output();  // every byte that the program has written so far
-  pid_t pid() const { return pid_; }
 
  private:
   Operator(int rows, int cols);
+  bool mode(tcflag_t flag);
   void pump(int milliseconds);
   bool settled();
   void settle();

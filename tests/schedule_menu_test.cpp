@@ -48,53 +48,37 @@ TEST(ScheduleEditor, OffersTheUpsSlotsAsTheyAreEdited) {
 }
 
 TEST(ScheduleEditor, SavesWhatIsChosenAndTyped) {
-  struct Edit {
-    std::string before;
-    std::vector<std::pair<const char*, const char*>> steps;  // chosen, and typed then
-    std::string after;
-  };
-  // The date of a time of the day does not count.
-  const std::string free = "\"\"";
-  const Edit edits[] = {
-      {free, {{"3/1", ""}, {"4/1", "15.6.2037 6:30\r"}}, data(morning, 0, 1, 1, 0)},
-      {free, {{"3/2", ""}, {"2/2", ""}, {"4/2", "7:5\r"}}, data(25500, 1, 2, 2, 0)},
-      {free, {{"3/3", ""}, {"4/3", "23:59\r"}, {"1", ""}}, data(86340, 0, 3, 3, 0)},
-      {free, {{"3/4", ""}, {"4/3", "0:00\r"}, {"7", ""}}, data(0, 0, 4, 3, 6)},
-      {free, {{"3/5", ""}, {"4/4", "12:00\r31\r"}}, data(43200, 0, 5, 4, 31)},
-      {data(morning, 2, 7, 1, 0), {{"3/6", ""}}, data(morning, 2, 6, 1, 0)},
-      {data(morning, 0, 4, 1, 2), {{"4/2", "\r"}}, data(morning, 0, 4, 1, 2)},
-      {data(morning, 0, 4, 1, 2), {{"4/3", "\x1b 9:00\r"}}, data(morning, 0, 4, 1, 2)},
-      {data(morning, 0, 4, 1, 5), {{"4/4", "9:00\r\r"}}, data(32400, 0, 4, 4, 5)},
-      {data(morning, 0, 4, 1, 5), {{"4/4", "9:00\r32\r"}}, data(32400, 0, 4, 4, 5)},
-      {data(morning, 0, 4, 1, 5), {{"4/1", "1.1.2020 9:00\r\r"}}, data(morning, 0, 4, 1, 5)},
-      {data(morning, 0, 4, 1, 5), {{"4/2", "24:00\r9:00\r"}}, data(32400, 0, 4, 2, 5)},
-      {data(morning, 0, 4, 1, 5), {{"1", ""}}, ""},
-      {data(morning, 0, 4, 1, 5), {}, ""},  // has moved up
-  };
+  const std::vector<Line> edits = read_table("schedule_edits.txt");
   std::vector<std::string> before;
-  for (const Edit& e : edits) before.push_back(e.before);
+  std::vector<std::string> after;
+  for (const Line& line : edits) {
+    before.push_back('"' + line[0] + '"');
+    if (!line[2].empty()) after.push_back('"' + line[2] + '"');
+  }
   const Folder folder(with_schedules(before));
   Operator op(folder, in_utc);
   op.choose("4");
-  for (std::size_t i = 0; i < std::size(edits); ++i) {
+  for (std::size_t i = 0; i < edits.size(); ++i) {
     op.choose(std::to_string(i + 1));
-    for (const auto& [path, typed] : edits[i].steps) {
-      op.open(path);
-      op.type(typed);
+    for (const std::string& step : split(edits[i][1], ";")) {
+      if (step.empty()) continue;
+      const std::size_t blank = step.find(' ');
+      op.open(step.substr(0, blank));
+      if (blank != std::string::npos) op.type(keys(step.substr(blank + 1)));
     }
-    if (edits[i].steps.empty() || !edits[i].after.empty()) op.leave();
+    if (!edits[i][2].empty()) op.leave();
   }
   EXPECT_EQ(op.row(16), "      13 - ...");
   EXPECT_EQ(op.quit("y"), 1);
-  for (std::size_t i = 0; i + 2 < std::size(edits); ++i) {
-    const std::string saved = folder.value("kestrel.ini", section(i), "Data");
-    const std::int64_t time = std::stoll(saved.substr(1, 8), nullptr, 16);
-    const bool today = std::abs(time - std::time(nullptr)) <= day_seconds;
-    EXPECT_EQ(data(today ? time % day_seconds : time, 0, 0, 0, 0).substr(0, 9) + saved.substr(9),
-              edits[i].after);
+  after.resize(edits.size());  // with nothing at the end
+  for (std::size_t i = 0; i < after.size(); ++i) {
+    std::string saved = folder.value("kestrel.ini", section(i), "Data");
+    const std::int64_t time = saved.empty() ? 0 : std::stoll(saved.substr(1, 8), nullptr, 16);
+    if (std::abs(time - std::time(nullptr)) <= day_seconds) {
+      saved = data(time % day_seconds, 0, 0, 0, 0).substr(0, 9) + saved.substr(9);
+    }
+    EXPECT_EQ(saved, after[i]) << section(i);
   }
-  EXPECT_EQ(folder.value("kestrel.ini", section(12), "Data"), before.back());
-  EXPECT_EQ(folder.value("kestrel.ini", section(13), "Data"), "");
 }
 
 TEST(ScheduleEditor, AsksAgainForAnInvalidTime) {

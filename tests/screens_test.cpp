@@ -25,7 +25,7 @@ std::string with_colours(Operator& op) {
     }
     colours.resize(std::max<std::size_t>(colours.size(), 3), ' ');
     text.erase(text.find_last_not_of(' ') + 1);
-    screen += colours + "|" + text + "\n";
+    screen.append(colours).append("|").append(text).append("\n");
   }
   screen.erase(screen.find_last_not_of(" |\n") + 1);
   return screen + "\n";

@@ -14,16 +14,6 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
 }
 
-std::vector<std::string> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string> parts;
-  while (true) {
-    const std::size_t end = text.find(separator);
-    parts.push_back(trimmed(text.substr(0, end)));
-    if (end == std::string_view::npos) return parts;
-    text.remove_prefix(end + separator.size());
-  }
-}
-
 std::string repeated(std::string line) {
   static const std::regex times("(.)\\{([0-9]+)\\}");
   for (std::smatch found; std::regex_search(line, found, times);) {
@@ -55,6 +45,24 @@ std::vector<Table> read_tables(std::string_view name) {
   }
   if (tables.empty()) throw std::runtime_error("no tables in " + std::string(name));
   return tables;
+}
+
+std::vector<Line> read_table(std::string_view name) { return read_tables(name)[0].lines; }
+
+std::vector<std::string> split(std::string_view text, std::string_view separator) {
+  std::vector<std::string> parts;
+  while (true) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(trimmed(text.substr(0, end)));
+    if (end == std::string_view::npos) return parts;
+    text.remove_prefix(end + separator.size());
+  }
+}
+
+std::string keys(std::string typed) {
+  if (!typed.ends_with("<Enter>")) typed += "<Enter>";
+  typed = std::regex_replace(typed, std::regex("<Enter>"), "\r");
+  return std::regex_replace(typed, std::regex("<Esc>"), "\x1b");
 }
 
 std::ostream& operator<<(std::ostream& out, const Table& table) { return out << table.name; }

@@ -23,6 +23,13 @@ struct Table {
 /// The tables of a file in tests/data: "[name]" begins one, "#" a comment, and " | " stands between
 /// two cells. Throws when there are none, so that no case is lost in silence.
 std::vector<Table> read_tables(std::string_view name);
+std::vector<Line> read_table(std::string_view name);  // the first one alone
+
+/// The parts of a cell without the blanks around them.
+std::vector<std::string> split(std::string_view text, std::string_view separator);
+
+/// "Sam<Enter><Esc>" as it is typed, with Enter at the end.
+std::string keys(std::string typed);
 
 /// Shows the name of a table where the cases are listed, and makes one of a case from it.
 std::ostream& operator<<(std::ostream& out, const Table& table);

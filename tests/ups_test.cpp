@@ -11,30 +11,14 @@ namespace {
 constexpr const char* file = "kestrel.ini";
 
 TEST(TypeCode, TellsTheProductLineAndTheSpeed) {
-  const struct {
-    std::string code;
-    int number;  // 255: unknown
-    int flag;
-    int baud;
-  } cases[] = {
-      {"TARVO52R1500", 14, 1, 2400},
-      {"TARVO 1xxxxxx", 14, 1, 1200},
-      {"LUMEN39xxxxx", 30, 0, 9600},
-      {"LUMEN24T2200", 21, 0, 4800},
-      {"LUMEN3" + ("2" + std::string(43, 'x')), 30, 0, 2400},  // all 50 characters are kept
-      {"TARVO52R150", 255, 0, 2400},                           // too short
-      {"tarvo52R1500", 255, 0, 2400},
-      {"LUMEN33T3000", 255, 0, 2400},  // no such speed
-      {"OTHER52R1500", 255, 0, 2400},
-      {"", 255, 0, 2400},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.code);
-    EXPECT_EQ(FindUpsModelTxt(c.code.c_str()), c.number == 255 ? nullptr : &FindModel);
-    EXPECT_EQ(FindModel.text, c.number == 255 ? "Unknow model" : c.code);
-    EXPECT_EQ(FindModel.number, c.number);
-    EXPECT_EQ(FindModel.flag, c.flag);
-    EXPECT_EQ(FindModel.baud, c.baud);
+  for (const Line& line : read_table("type_codes.txt")) {
+    SCOPED_TRACE(line[0]);
+    const bool known = line[1] != "255";
+    EXPECT_EQ(FindUpsModelTxt(line[0].c_str()), known ? &FindModel : nullptr);
+    EXPECT_EQ(FindModel.text, known ? line[0] : "Unknow model");
+    EXPECT_EQ(std::to_string(FindModel.number), line[1]);
+    EXPECT_EQ(std::to_string(FindModel.flag), line[2]);
+    EXPECT_EQ(std::to_string(FindModel.baud), line[3]);
   }
 }
 
