@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "config/fields.h"
+#include "config/families.h"
 #include "config/store.h"
 #include "schedule/encoding.h"
 #include "tui/diag.h"

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "config/fields.h"
+#include "config/families.h"
 #include "config/line_reader.h"
 
 std::uint8_t actual_section = 255;

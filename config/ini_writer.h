@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "config/fields.h"
+#include "config/families.h"
 
 /// The form that every text file of the service is written in: three lines of header, then sections
 /// of "key=number" and "key="text"" lines, each followed by an empty line.

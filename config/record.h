@@ -10,7 +10,7 @@
 /// file, even where the key is misspelled. In every block the texts and the 16-bit numbers come
 /// first, so that the compiler has nothing to pad; an odd byte at the end is a named `spare`.
 /// Flags are 8-bit numbers, 0 or 1, unless a comment says otherwise. The order in the files is
-/// that of the tables in `config/fields.cpp`, not the order here.
+/// that of the tables in `config/families.cpp`, not the order here.
 
 constexpr int serial_count = 1;
 constexpr int email_count = 10;

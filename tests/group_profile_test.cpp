@@ -12,7 +12,7 @@
 #include <string>
 #include <tuple>
 
-#include "config/fields.h"
+#include "config/families.h"
 #include "tests/folder.h"
 #include "tui/diag.h"
 

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "config/fields.h"
+#include "config/families.h"
 #include "tests/tables.h"
 
 namespace {
