@@ -17,7 +17,7 @@ TEST(Start, SaysWhyItFails) {
     EXPECT_EQ(folder.files(), before);
   };
   const std::string config = demo("kestrel.ini");
-  const std::string no_file = with_value(config, "System", "Language", "9");
+  const std::string no_file = with_value(config, "System", "Language", "31");
   const std::string no_section = "English\n\n[harrier]\n[Harrier] \n[Osprey]\n";
   expect_failure({}, 2, "Cannot load initialization file !");
   expect_failure({{"kestrel.ini", no_file}}, 5, "Cannot load language strings file !");
