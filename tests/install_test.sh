@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# install_test.sh BUILD_FOLDER: installs beside the files of a service that is in use, and compares
+# every byte that must not change.
+set -euo pipefail
+build=$1
+source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+kestrel=$folder/kestrel
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+install_harrier() { cmake --install "$build" "$@" >"$folder/log"; }
+expect_same() { cmp "$1" "$2" || fail "$2 is not as it should be"; }
+expect_status() {
+  local status=0
+  (cd / && "$kestrel/harrier" </dev/null >"$folder/screen") || status=$?
+  ((status == $1)) || fail "the program ended with $status, not $1"
+}
+
+# Files of the service; a language file that it shares, one that nobody knows, one from an older
+# installation.
+mkdir "$kestrel"
+for name in kestrel.ini jobs.ini jobsSTS.ini group_00.ini sensor.ini; do
+  sed 's/Name="/Name="Our /' "$source/demo/$name" >"$kestrel/$name"
+done
+printf 'Old\nVersion: 1\n[Merlin]\nString000="a [b];c"\n\n[Harrier]\nString000="Old"\n[Wren]\n' \
+  >"$kestrel/lang_00.ini"
+printf 'Notes of the administrator\n' >"$kestrel/lang_02.ini"
+cp -r "$kestrel" "$folder/before"
+printf 'Deutsch\r\n[Harrier]\r\nString000="Old"\r\n' >"$kestrel/lang_01.ini"
+
+install_harrier --prefix "$kestrel"
+for file in "$folder"/before/*; do expect_same "$file" "$kestrel/${file##*/}"; done
+for name in lang_00.ini lang_02.ini; do
+  grep -q "Kept: $kestrel/$name" "$folder/log" || fail "nothing says that $name was kept"
+done
+expect_same "$source/languages/lang_01.ini" "$kestrel/lang_01.ini"
+expect_same "$source/man/harrier.8" "$kestrel/share/man/man8/harrier.8"
+diff <(cd "$source/languages" && ls) <(cd "$kestrel" && ls lang_*) || fail "languages are missing"
+
+# The commands that the page of the files gives put our section into a shared file.
+sed -n 's/^    //; /^ours=/,/>> /p' "$source/docs/files.md" |
+  sed "s|=languages|=$source/languages|; s|=/opt/kestrel|=$kestrel|" >"$folder/commands"
+[[ -s $folder/commands ]] || fail "docs/files.md gives no commands"
+bash -eu "$folder/commands"
+{ sed '/^\[Harrier\]/,/^\[Wren\]/ { /^\[Wren\]/!d }' "$folder/before/lang_00.ini" &&
+  sed -n '/^\[Harrier\]/,$p' "$source/languages/lang_00.ini"; } | cmp - "$kestrel/lang_00.ini"
+expect_status 0
+grep -q 'Configuration of the Kestrel UPS service' "$folder/screen" || fail "no menu was shown"
+rm "$kestrel/lang_00.ini"
+expect_status 5
+mkdir -p "$folder/stage/opt/kestrel"
+cp "$folder/before/lang_00.ini" "$folder/stage/opt/kestrel"
+DESTDIR=$folder/stage install_harrier --prefix /opt/kestrel
+expect_same "$build/harrier" "$folder/stage/opt/kestrel/harrier"
+expect_same "$folder/before/lang_00.ini" "$folder/stage/opt/kestrel/lang_00.ini"
+expect_same "$source/languages/lang_01.ini" "$folder/stage/opt/kestrel/lang_01.ini"
