@@ -1,4 +1,4 @@
-# What is installed.
+# What is installed, and the Debian package.
 #
 # `cmake --install` serves the folder of Kestrel's files, which may hold the files of a service that
 # is in use: it brings the program and the language files, and none of the service's own files.
@@ -12,3 +12,73 @@ include(GNUInstallDirs)
 install(TARGETS harrier RUNTIME DESTINATION . COMPONENT program)
 install(SCRIPT cmake/install_languages.cmake COMPONENT languages)
 install(FILES man/harrier.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT manual)
+
+# --- The Debian package ---------------------------------------------------------------------------
+#
+# It takes the program from above. The language files lie in /etc, where dpkg asks before it replaces
+# one that was adapted, and its scripts link them into the folder of Kestrel's files. There dpkg must
+# not know them: it would delete a file that other programs have a section in when this package is
+# purged.
+
+set(debian "${PROJECT_SOURCE_DIR}/cmake/debian")
+set(doc /usr/share/doc/harrier)
+file(GLOB languages CONFIGURE_DEPENDS languages/lang_*.ini)
+
+install(FILES ${languages} DESTINATION /etc/harrier COMPONENT debian EXCLUDE_FROM_ALL)
+install(PROGRAMS ${debian}/harrier DESTINATION /usr/sbin COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES README.md ${debian}/copyright DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES docs/files.md docs/saving.md DESTINATION ${doc}/docs
+  COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES ${debian}/lintian-overrides DESTINATION /usr/share/lintian/overrides RENAME harrier
+  COMPONENT debian EXCLUDE_FROM_ALL)
+
+# install_compressed(FILE NAME): packages hold some files in this form only.
+function(install_compressed file name)
+  install(CODE "
+    set(target \"\$ENV{DESTDIR}${name}\")
+    cmake_path(GET target PARENT_PATH folder)
+    file(MAKE_DIRECTORY \"\${folder}\")
+    execute_process(COMMAND gzip -9cn \"${file}\" OUTPUT_FILE \"\${target}\"
+      COMMAND_ERROR_IS_FATAL ANY)
+    file(CHMOD \"\${target}\" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)"
+    COMPONENT debian EXCLUDE_FROM_ALL)
+endfunction()
+install_compressed("${PROJECT_SOURCE_DIR}/man/harrier.8" /usr/share/man/man8/harrier.8.gz)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX /opt/kestrel)
+set(CPACK_COMPONENTS_ALL program debian)
+set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_PACKAGE_NAME harrier)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "terminal editor for the configuration of Kestrel")
+set(CPACK_PACKAGE_DESCRIPTION
+"Harrier edits the configuration of the Kestrel UPS monitoring service at a
+terminal: numbered menus over every setting, from the name of the system to
+the action that a group of UPSs takes when the battery runs low.
+.
+It works on the files in /opt/kestrel, and writes them only when the operator
+agrees at the end of a run.")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Harrier developers <harrier@localhost>")
+set(CPACK_DEBIAN_PACKAGE_SECTION admin)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "vim-tiny | vim | nvi")  # a menu opens a script in vi
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+
+string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
+configure_file(${debian}/changelog.in ${PROJECT_BINARY_DIR}/debian/changelog @ONLY)
+install_compressed("${PROJECT_BINARY_DIR}/debian/changelog" ${doc}/changelog.gz)
+
+set(conffiles ${languages})
+list(TRANSFORM conffiles REPLACE ".*/" "/etc/harrier/")
+list(JOIN conffiles "\n" conffiles)
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/conffiles CONTENT "@conffiles@\n" @ONLY)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+  ${debian}/postinst ${debian}/prerm ${PROJECT_BINARY_DIR}/debian/conffiles)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+include(CPack)

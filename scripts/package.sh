@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Builds the Debian package build/release/harrier_*.deb.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/build.sh
+source scripts/build.sh
+
+need "${build_needs[@]}" dpkg-dev
+# As in ./run: a new build folder does not need the packages of the tests.
+options=()
+[[ -f build/release/CMakeCache.txt ]] || options=(-DHARRIER_TESTS=OFF)
+build release harrier "${options[@]}"
+(cd build/release && cpack --config CPackConfig.cmake | sed -n 's/.*package: \(.*\) generated.*/\1/p')
