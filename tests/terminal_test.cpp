@@ -86,12 +86,47 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   op.type("Atric");
   op.resize(24, 80);
   EXPECT_EQ(op.row(17), "New value       Atric");
+  EXPECT_EQ(op.look("System name"), white);
   op.type("\x7f\x7f\x7ftic");  // what was typed before can still be corrected
   EXPECT_EQ(op.row(17), "New value       Attic");
   op.type("\r\rEnd");  // the editor also shows what was typed before it
   EXPECT_EQ(op.row(17), "New value       End");
   op.type("s\r");
   EXPECT_EQ(op.row(7), "  --> 1 - System name:     Ends");
+  op.leave();
+  op.leave();
+  for (const int cols : {100, 80, 100}) {
+    op.resize(24, cols);
+    EXPECT_EQ(op.row(2), "Save the changes? [y=Yes,n=No] :");
+  }
+}
+
+/// Under a shell, which has modes of its own while it edits a line. Started in the background, the
+/// run must not keep those; and a shell that is the run's parent may stop before the run does.
+TEST(Terminal, IsTakenWhenTheShellBringsTheRunToTheForeground) {
+  struct Case {
+    const char* start;
+    const char* shown;  // then, before the next keys
+    const char* stop;
+  };
+  const Case cases[] = {
+      {"./harrier &\r", "[1]", ""},
+      {"sh -c './harrier; true'\r", "0 - Leave this menu", "\x1a"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.start);
+    const Folder folder;
+    Operator op(folder, {.name = "bash", .environment = {{"HOME", folder.path()}}});
+    op.type(c.start);
+    op.expect(c.shown);
+    op.type(c.stop);
+    op.expect("[1]");  // the shell tells that it has a job
+    op.type("printf '\\33[2J'; fg\r");
+    op.expect("0 - Leave this menu");
+    op.type("\r");
+    op.expect("1 - System name:     Server room");
+    op.type("\x03");
+  }
 }
 
 /// One editing session: values with corrections, cancelled and refused ones, toggles, another

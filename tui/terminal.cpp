@@ -50,8 +50,8 @@ void set_handler(int signal, void (*handler)(int), int flags, struct sigaction* 
   action.sa_handler = handler;
   action.sa_flags = flags;
   sigemptyset(&action.sa_mask);
-  // A second signal waits until the terminal is back.
-  for (const int other : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGTSTP}) {
+  // A second signal waits until the terminal is back, and no handler is stopped half-way.
+  for (const int other : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGTSTP, SIGTTOU}) {
     sigaddset(&action.sa_mask, other);
   }
   sigaction(signal, &action, before);
@@ -144,7 +144,12 @@ void send_output() {
   screen_begin = 0;
 }
 
-void put_screen() { put(screen); }
+void put_screen() {
+  // An editor has left its colour behind, and the question at the end does not place itself:
+  // without a place it would stand one row lower each time.
+  put("\033[1;37m\033[H");
+  put(screen);
+}
 
 void flush() {
   keep_screen();
@@ -174,6 +179,9 @@ void take_again() {
 }
 
 void take_terminal() {
+  // Stops us while we are in the background (SIGTTOU): there, the attributes are those of the line
+  // editor of the shell, under which Enter is no line feed.
+  tcdrain(STDIN_FILENO);
   terminal.present = tcgetattr(STDIN_FILENO, &terminal.found) == 0;
   terminal.applied = Mode::as_found;
   held = 1;
@@ -200,7 +208,11 @@ void restore_terminal() {
   if (poll(&room, 1, patience_ms) > 0) {
     [[maybe_unused]] const ssize_t sent = write(STDOUT_FILENO, parting, sizeof parting - 1);
   }
-  if (terminal.present) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
+  // In the background somebody else sets the attributes by now: a shell that has seen its child
+  // stop before us, for instance.
+  const pid_t user = tcgetpgrp(STDIN_FILENO);
+  const bool background = user >= 0 && user != getpgrp();
+  if (terminal.present && !background) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
 }
 
 void single_key_mode() { terminal.wanted = Mode::single_key; }

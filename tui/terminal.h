@@ -27,10 +27,11 @@ void begin_screen();
 // --- Modes --------------------------------------------------------------------------------------
 
 /// Notes the attributes of the terminal and installs the handlers of the signals that end, stop and
-/// resize. Whatever ends the program from then on, the terminal gets its attributes back: SIGINT,
-/// SIGTERM, SIGHUP, SIGQUIT and SIGPIPE take their normal course afterwards, SIGTSTP stops the
-/// program and SIGCONT makes it take the terminal again and redraw. A signal that was ignored at
-/// the start stays ignored. Without a terminal on standard input there are no modes to switch.
+/// resize. A program in the background is stopped here until it comes to the foreground. Whatever
+/// ends the program from then on, the terminal gets its attributes back: SIGINT, SIGTERM, SIGHUP,
+/// SIGQUIT and SIGPIPE take their normal course afterwards, SIGTSTP stops the program and SIGCONT
+/// makes it take the terminal again and redraw. A signal that was ignored at the start stays
+/// ignored. Without a terminal on standard input there are no modes to switch.
 void take_terminal();
 
 /// Sends what is left, resets colours, shows the cursor and restores the attributes.
