@@ -87,7 +87,7 @@ void print_languages(const LanguageNames& names, int selected) {
   }
   print_line(0);
   print("\n\r      %s", LangText[text::back]);
-  print_frame_end(layout.start_row);
+  print_frame_end(layout.start_row, layout.base() + layout.shown + 2);
   print_arrow(line_of(layout, count, selected), arrow_column, layout.base());
 }
 

@@ -146,7 +146,7 @@ void print_screen(const Screen& screen, const Subject& subject, int selected) {
   for (const Row& row : screen.rows) {
     if (present(row, subject)) print_row(row, entry, subject);
   }
-  print_frame_end(screen.start_row);
+  print_frame_end(screen.start_row, base_of(screen) + last_item(screen, subject));
   print_arrow(selected, screen.arrow_column, base_of(screen));
 }
 

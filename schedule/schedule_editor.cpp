@@ -32,7 +32,7 @@ int choose(int start_row, text::Id title, int count, const std::function<void(in
       put("\n\r");
       print_item(item);
     }
-    print_frame_end(start_row);
+    print_frame_end(start_row, base + count);
     print_arrow(selected, arrow_column, base);
   };
   menu.move = [=](int from, int to) { move_arrow(from, to, arrow_column, base); };

@@ -19,18 +19,14 @@ constexpr int arrow_column = 3;
 
 enum UpcomingItem { more_item = 1, leave_item };
 
-/// The row of an item below a list of `lines` lines, after the terminal has scrolled: the last row
-/// of the screen holds the closing rule, and each item has a rule above it.
-int upcoming_row(int lines, int item) {
-  const int unscrolled = arrow_base(compact) + lines + 2 * item;
-  const int end = arrow_base(compact) + lines + 2 * leave_item + 1;
-  return unscrolled - std::max(0, end - terminal_rows());
-}
+/// The row of an item below a list of `lines` lines: each item has a rule above it.
+int upcoming_row(int lines, int item) { return arrow_base(compact) + lines + 2 * item; }
 
 /// A position holds two digits; in a taller terminal the rest of the way is a cursor movement down
 /// (ECMA-48 CUD).
 void put_at(int row, const char* mark) {
   constexpr int last_position = 99;
+  row = row_in_sight(row);
   cursor_gotopos(std::clamp(row, 0, last_position), arrow_column, 0);
   if (row > last_position) print("\033[%dB", row - last_position);
   put(mark);
@@ -119,7 +115,7 @@ int print_next_actions(std::int64_t* start, const std::int64_t* end, int selecte
     print_line(0);
     print("\n\r      %s", LangText[label]);
   }
-  print_frame_end(compact);
+  print_frame_end(compact, upcoming_row(lines, leave_item));
   put_at(upcoming_row(lines, selected), "-->");
   return lines;
 }

@@ -101,6 +101,24 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   }
 }
 
+/// As under a status line: the screen has scrolled, and the arrow must not name another UPS.
+TEST(Terminal, ShowsTheArrowBesideItsItemWhereRowsAreMissing) {
+  const Folder folder;
+  Operator op(folder, {.rows = 23});
+  op.choose("2");
+  const auto arrow_row = [&] { return op.row(op.arrow()); };
+  for (const int rows : {23, 20, 24}) {
+    op.resize(rows, 80);
+    op.down();
+    op.up();
+    EXPECT_EQ(op.arrow(), rows - 20);
+    EXPECT_TRUE(rows == 20 || arrow_row().starts_with("  -->  1 - ")) << op.screen();
+    op.down(3);
+    EXPECT_TRUE(arrow_row().starts_with("  -->  4 - ")) << op.screen();
+    op.up(3);
+  }
+}
+
 /// Under a shell, which has modes of its own while it edits a line. Started in the background, the
 /// run must not keep those; and a shell that is the run's parent may stop before the run does.
 TEST(Terminal, IsTakenWhenTheShellBringsTheRunToTheForeground) {

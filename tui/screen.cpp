@@ -1,5 +1,7 @@
 #include "tui/screen.h"
 
+#include <algorithm>
+
 #include "tui/columns.h"
 #include "tui/terminal.h"
 
@@ -14,6 +16,15 @@ constexpr int widest_center = 200;
 
 void repeat(std::string& text, std::string_view fill, int times) {
   for (int i = 0; i < times; ++i) text += fill;
+}
+
+int scrolled = 0;  // how many rows the present screen has moved up in a terminal too low for it
+
+void put_mark(const char* mark, int item, int column, int base) {
+  const int row = row_in_sight(item + base);
+  if (row < 1) return;
+  cursor_gotopos(row, column, 0);
+  put(mark);
 }
 
 }  // namespace
@@ -104,18 +115,18 @@ int arrow_base(int start_row) {
   return start_row == 0 ? 6 : start_row + 5;
 }
 
-void print_frame_end(int start_row) {
+void print_frame_end(int start_row, int last_row) {
   if (start_row != compact) put("\n\r");
   print_line(1);
+  const int end = start_row == compact ? last_row + 1 : last_row + 2;
+  scrolled = std::max(0, end - terminal_rows());
 }
 
-void print_arrow(int item, int column, int base) {
-  cursor_gotopos(item, column, base);
-  put("-->");
-}
+int row_in_sight(int row) { return row - scrolled; }
+
+void print_arrow(int item, int column, int base) { put_mark("-->", item, column, base); }
 
 void move_arrow(int from, int to, int column, int base) {
-  cursor_gotopos(from, column, base);
-  put("   ");
+  put_mark("   ", from, column, base);
   print_arrow(to, column, base);
 }

@@ -60,10 +60,14 @@ void print_frame(int start_row, std::string_view title);
 /// What lies between the number of an item, from 1 on, and its row on the screen.
 int arrow_base(int start_row);
 
-/// Draws the rule below the last item.
-void print_frame_end(int start_row);
+/// Draws the rule below the last item, which is in `last_row`. This is the end of the screen: a
+/// terminal with fewer rows has scrolled by now, and the arrow goes where its item has gone.
+void print_frame_end(int start_row, int last_row);
 
-/// Draws the arrow beside item `item`, counted from `base`.
+/// Where a row of the present screen is after that, 0 or less when it is out of sight.
+int row_in_sight(int row);
+
+/// Draws the arrow beside item `item`, counted from `base`, if that is in sight.
 void print_arrow(int item, int column, int base);
 
 /// Moves the arrow from one item to another; nothing else on the screen changes.
