@@ -11,9 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "config/families.h"
+#include "bench/largest.h"
 #include "config/store.h"
-#include "schedule/encoding.h"
 #include "tui/diag.h"
 
 /// Loading and saving of the largest configuration, beside plain ways to do the same with the C
@@ -31,45 +30,6 @@ bool flushing = true;
 extern "C" int fsync(int fd) { return flushing ? static_cast<int>(syscall(SYS_fsync, fd)) : 0; }
 
 namespace {
-
-/// Fills every value of an entry: texts with something of a usual length, numbers with three
-/// digits where there is room.
-void fill_entry(const Family& family, char* entry, int number) {
-  int place = number;
-  for (const Field& field : family.fields) {
-    ++place;
-    if (field.kind == Kind::text) {
-      const std::string text =
-          std::string("/opt/service/scripts/notify ").append(field.key) + std::to_string(place);
-      const std::size_t size = std::min<std::size_t>(text.size(), field.width - 1U);
-      std::memcpy(bytes_at(field, entry), text.data() + text.size() - size, size);
-    } else {
-      set_number_at(field, entry, static_cast<unsigned>(1 + place % 199));
-    }
-  }
-}
-
-/// The largest configuration: every entry of every list in use.
-void fill_record() {
-  INI = {};
-  for (int kind = 0; kind < kind_count; ++kind) {
-    const int copies = kind == group_file ? group_count : 1;
-    for (int copy = 0; copy < copies; ++copy) {
-      for (const Family& family : families_of(kind)) {
-        char* entry = reinterpret_cast<char*>(&INI) + family.offset +
-                      static_cast<std::size_t>(copy) * sizeof(Group);
-        for (int i = 0; i < family.stored; ++i, entry += family.size) fill_entry(family, entry, i);
-      }
-    }
-  }
-  for (ScheduleEntry& entry : INI.schedule) {
-    entry = {};
-    entry.action = 4;
-    entry.type = 2;
-    entry.time = 1262350800;
-  }
-  EncodeSchedules();
-}
 
 /// A folder with the largest configuration: in memory, or on the disk of the current folder.
 class Configuration {

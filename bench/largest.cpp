@@ -1,0 +1,52 @@
+#include "bench/largest.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+#include "config/families.h"
+#include "config/store.h"
+
+namespace {
+
+/// Fills every value of an entry: texts with something of a usual length, numbers with three
+/// digits where there is room.
+void fill_entry(const Family& family, char* entry, int number) {
+  int place = number;
+  for (const Field& field : family.fields) {
+    ++place;
+    if (field.kind == Kind::text) {
+      const std::string text =
+          std::string("/opt/service/scripts/notify ").append(field.key) + std::to_string(place);
+      const std::size_t size = std::min<std::size_t>(text.size(), field.width - 1U);
+      std::memcpy(bytes_at(field, entry), text.data() + text.size() - size, size);
+    } else {
+      set_number_at(field, entry, static_cast<unsigned>(1 + place % 199));
+    }
+  }
+}
+
+}  // namespace
+
+void fill_record() {
+  INI = {};
+  for (int kind = 0; kind < kind_count; ++kind) {
+    const int copies = kind == group_file ? group_count : 1;
+    for (int copy = 0; copy < copies; ++copy) {
+      for (const Family& family : families_of(kind)) {
+        char* entry = reinterpret_cast<char*>(&INI) + family.offset +
+                      static_cast<std::size_t>(copy) * sizeof(Group);
+        for (int i = 0; i < family.stored; ++i, entry += family.size) fill_entry(family, entry, i);
+      }
+    }
+  }
+  for (ScheduleEntry& entry : INI.schedule) {
+    entry = {};
+    entry.action = 4;
+    entry.type = 2;
+    entry.time = 1262350800;
+  }
+  INI.system.Language = 0;  // that of the file which is always there
+  INI.system.DebugMode = INI.system.DebugLog = 0;
+}
