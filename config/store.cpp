@@ -16,8 +16,8 @@
 #include "tui/diag.h"
 
 // Aligned to pages, so that unused pages of the one match those of the other.
-alignas(4096) Record INI;
-alignas(4096) Record INI1;
+alignas(4096) Record INI = {};
+alignas(4096) Record INI1 = {};
 std::int32_t DataChanged = 0;
 
 namespace {
