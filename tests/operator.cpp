@@ -141,6 +141,15 @@ int colour_number(const VTermColor& colour, bool is_default) {
   return colour.indexed.idx;
 }
 
+std::string squeezed(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    const char shown = c == '\n' ? ' ' : c;
+    if (shown != ' ' || !result.ends_with(' ')) result += shown;
+  }
+  return result;
+}
+
 /// The text of an item's row behind its arrow and indentation.
 std::string_view item_text(std::string_view row) {
   const auto skip_blanks = [&] {
@@ -153,10 +162,6 @@ std::string_view item_text(std::string_view row) {
 }
 
 }  // namespace
-
-std::ostream& operator<<(std::ostream& out, const Look& look) {
-  return out << (look.bold ? "bold " : "plain ") << look.foreground << " on " << look.background;
-}
 
 std::string readable(std::string_view keys) {
   static const std::pair<std::string_view, std::string_view> names[] = {
@@ -383,6 +388,12 @@ void Operator::open(std::string_view path) {
   }
 }
 
+void Operator::answer(std::string_view line) {
+  await([&] { return settled() && (mode_now(ICANON) || status_); }, "a question");
+  type(line);
+  if (!line.ends_with('\r')) enter();
+}
+
 int Operator::quit(std::string_view answer) {
   do {
     leave();
@@ -428,6 +439,10 @@ std::string Operator::screen_now() const {
   return text + "\n";
 }
 
+bool Operator::shows_now(std::string_view text) const {
+  return squeezed(screen_now()).find(squeezed(text)) != std::string::npos;
+}
+
 int Operator::arrow_now() const {
   for (int i = 1; i <= rows_; ++i) {
     if (row_now(i).find(arrow_mark) != std::string::npos) return i;
@@ -450,35 +465,19 @@ int Operator::arrow() {
   return arrow_now();
 }
 
+bool Operator::shows(std::string_view text) {
+  settle();
+  return shows_now(text);
+}
+
 void Operator::expect(std::string_view text) {
-  const auto shown = [&] { return screen_now().find(text) != std::string::npos; };
-  await([&] { return settled() && (shown() || status_); }, "\"" + std::string(text) + "\"");
-  if (!shown()) lose("The screen does not show \"" + std::string(text) + "\"");
+  await([&] { return settled() && (shows_now(text) || status_); }, "\"" + std::string(text) + "\"");
+  if (!shows_now(text)) lose("The screen does not show \"" + std::string(text) + "\"");
 }
 
 Cell Operator::cell(int row, int col) {
   settle();
   return cell_now(row, col);
-}
-
-Look Operator::look(int row, std::string_view text) {
-  settle();
-  for (int col = 1; col <= cols_; ++col) {
-    std::string from_here;
-    for (int i = col; i <= cols_ && from_here.size() < text.size(); ++i) {
-      from_here += cell_now(row, i).text;
-    }
-    if (from_here == text) return cell_now(row, col).look;
-  }
-  lose("Row " + std::to_string(row) + " does not show \"" + std::string(text) + "\"");
-}
-
-Look Operator::look(std::string_view text) {
-  settle();
-  for (int i = 1; i <= rows_; ++i) {
-    if (row_now(i).find(text) != std::string::npos) return look(i, text);
-  }
-  lose("The screen does not show \"" + std::string(text) + "\"");
 }
 
 bool Operator::cursor_visible() {
@@ -493,6 +492,10 @@ int Operator::bells() {
 
 bool Operator::mode(tcflag_t flag) {
   settle();
+  return mode_now(flag);
+}
+
+bool Operator::mode_now(tcflag_t flag) const {
   termios modes{};
   check(tcgetattr(slave_, &modes) == 0, "tcgetattr");
   return (modes.c_lflag & flag) != 0;

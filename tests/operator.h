@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,16 +23,6 @@ struct Look {
   bool bold;
   bool operator==(const Look&) const = default;
 };
-
-constexpr Look white{7, 0, true};
-constexpr Look dim_white{7, 0, false};
-constexpr Look cyan{6, 0, true};
-constexpr Look green{2, 0, true};
-constexpr Look red{1, 0, true};
-constexpr Look dim_red{1, 0, false};
-constexpr Look plain{-1, -1, false};
-
-std::ostream& operator<<(std::ostream& out, const Look& look);
 
 struct Cell {
   std::string text;  // one character as UTF-8, a blank where nothing was written
@@ -60,7 +49,8 @@ struct Options {
 /// Everything that looks at the terminal first waits until the program has settled: it has read
 /// whatever was typed, nothing that it wrote is on its way, and it waits or has ended. Never sleep
 /// in a case. A program in one of its pauses counts as waiting, so that its message can be read;
-/// what comes after the pause has to be awaited by `expect`, or by `choose`, which awaits a menu.
+/// what comes after the pause has to be awaited: by `expect`, or by `choose` and `answer`, which
+/// await a menu and a question.
 ///
 /// What cannot be done, or does not come within 10 s (60 s with sanitizers), fails the case, shows
 /// the screen and the last steps, and ends the case by an exception. So does the program's own
@@ -94,6 +84,10 @@ class Operator {
   /// Moves the arrow to this row of the screen.
   void point(int row);
 
+  /// Types a line where the program asks for one, with Enter at its end. Waits for the question
+  /// first.
+  void answer(std::string_view line);
+
   /// Chooses item 0 of the screen.
   void leave() { choose("0"); }
 
@@ -105,12 +99,12 @@ class Operator {
   std::string row(int number);  // from 1, without blanks at its end
   std::string screen();         // all rows, without the empty ones at the end
   int arrow();                  // the row of the mark "-->", 0 if there is none
-  bool shows(std::string_view text) { return screen().find(text) != std::string::npos; }
+
+  /// Here any number of blanks counts as one, and so does the end of a row.
+  bool shows(std::string_view text);
   void expect(std::string_view text);  // waits until the screen shows it, over pauses too
 
-  Cell cell(int row, int col);                // from 1
-  Look look(int row, std::string_view text);  // of the text's first character in that row
-  Look look(std::string_view text);           // in the first row that has it
+  Cell cell(int row, int col);  // from 1
   bool cursor_visible();
   int bells();  // how often the bell has rung
 
@@ -135,6 +129,7 @@ class Operator {
  private:
   Operator(int rows, int cols);
   bool mode(tcflag_t flag);
+  bool mode_now(tcflag_t flag) const;
   void pump(int milliseconds);
   bool settled();
   void settle();
@@ -145,6 +140,7 @@ class Operator {
   Cell cell_now(int row, int col) const;
   std::string row_now(int number) const;
   std::string screen_now() const;
+  bool shows_now(std::string_view text) const;
   int arrow_now() const;
 
   int rows_;

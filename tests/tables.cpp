@@ -59,10 +59,19 @@ std::vector<std::string> split(std::string_view text, std::string_view separator
   }
 }
 
-std::string keys(std::string typed) {
-  if (!typed.ends_with("<Enter>")) typed += "<Enter>";
-  typed = std::regex_replace(typed, std::regex("<Enter>"), "\r");
-  return std::regex_replace(typed, std::regex("<Esc>"), "\x1b");
+std::string keys(std::string text) {
+  static const std::pair<const char*, const char*> names[] = {{"<Enter>", "\r"},
+                                                              {"<Esc>", "\x1b"},
+                                                              {"<Erase>", "\x7f"},
+                                                              {"<Ctrl-C>", "\003"},
+                                                              {"<Ctrl-\\>", "\034"}};
+  for (const auto& [name, key] : names) {
+    const std::string_view whole = name;
+    for (std::size_t at; (at = text.find(whole)) != std::string::npos;) {
+      text.replace(at, whole.size(), key);
+    }
+  }
+  return text;
 }
 
 std::ostream& operator<<(std::ostream& out, const Table& table) { return out << table.name; }

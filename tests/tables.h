@@ -28,8 +28,8 @@ std::vector<Line> read_table(std::string_view name);  // the first one alone
 /// The parts of a cell without the blanks around them.
 std::vector<std::string> split(std::string_view text, std::string_view separator);
 
-/// "Sam<Enter><Esc>" as it is typed, with Enter at the end.
-std::string keys(std::string typed);
+/// A text with names of keys as it is typed: "Sam<Enter><Esc>".
+std::string keys(std::string text);
 
 /// Shows the name of a table where the cases are listed, and makes one of a case from it.
 std::ostream& operator<<(std::ostream& out, const Table& table);

@@ -1,0 +1,195 @@
+#include "tests/walk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <sstream>
+
+#include "tui/columns.h"
+
+namespace {
+
+/// A terminal may be larger than a screen may be.
+constexpr int screen_rows = 24;
+constexpr int screen_columns = 80;
+constexpr int frame_columns = 70;
+
+void expect_tidy(Operator& op) {
+  const std::string screen = op.screen();
+  std::istringstream lines(screen);
+  int row = 0;
+  for (std::string line; std::getline(lines, line); ++row) {
+    EXPECT_LE(columns(line), screen_columns) << screen;
+    const bool rule = !line.empty() && line.find_first_not_of('-') == std::string::npos;
+    const bool framed = rule || line.starts_with("****");
+    EXPECT_TRUE(!framed || columns(line) == frame_columns) << screen;
+  }
+  EXPECT_LE(row, screen_rows) << screen;
+  const bool in_menu = op.arrow() != 0;
+  EXPECT_FALSE(in_menu && (op.canonical() || op.echo() || op.cursor_visible())) << screen;
+}
+
+char colour_of(const Look& look) {
+  constexpr std::pair<char, Look> colours[] = {
+      {'w', {7, 0, true}}, {'d', {7, 0, false}}, {'c', {6, 0, true}},   {'g', {2, 0, true}},
+      {'r', {1, 0, true}}, {'x', {1, 0, false}}, {'p', {-1, -1, false}}};
+  for (const auto& [letter, known] : colours) {
+    if (look == known) return letter;
+  }
+  return '?';
+}
+
+/// The screen with the colours of each row before it, in their order from left to right.
+std::string with_colours(Operator& op) {
+  std::string screen;
+  for (int row = 1; row <= screen_rows; ++row) {
+    std::string colours;
+    for (int col = 1; col <= screen_columns; ++col) {
+      const Cell cell = op.cell(row, col);
+      const bool shown = cell.text != " " || cell.look.background > 0;
+      if (shown && !colours.ends_with(colour_of(cell.look))) colours += colour_of(cell.look);
+    }
+    colours.resize(std::max<std::size_t>(colours.size(), 3), ' ');
+    screen.append(colours).append("|").append(op.row(row)).append("\n");
+  }
+  screen.erase(screen.find_last_not_of(" |\n") + 1);
+  return screen + "\n";
+}
+
+/// The cells that begin with a mark.
+struct Step {
+  std::string_view mark;
+  void (*take)(Walk& walk, const std::string& text);  // behind the mark
+};
+
+constexpr Step steps[] = {
+    {"\"", [](Walk& walk, const std::string& text) { walk.op().answer(keys(text)); }},
+    {"'", [](Walk& walk, const std::string& text) { walk.op().type(keys(text)); }},
+    {"down ", [](Walk& walk, const std::string& times) { walk.op().down(std::stoi(times)); }},
+    {"up ", [](Walk& walk, const std::string& times) { walk.op().up(std::stoi(times)); }},
+    {"without ",
+     [](Walk& walk, const std::string& text) { EXPECT_FALSE(walk.op().shows(text)) << text; }},
+    {"bells ",
+     [](Walk& walk, const std::string& times) { EXPECT_EQ(walk.op().bells(), std::stoi(times)); }},
+    {"arrow ", [](Walk& walk, const std::string& path) { EXPECT_EQ(arrow_path(walk.op()), path); }},
+    {"screen ",
+     [](Walk& walk, const std::string& name) {
+       EXPECT_EQ(with_colours(walk.op()),
+                 read_file(source_dir() + "/tests/data/screens/" + name + ".txt"));
+     }},
+    {"==", [](Walk& walk, const std::string& values) { walk.keep(values, true); }},
+    {"=", [](Walk& walk, const std::string& values) { walk.keep(values, false); }},
+};
+
+/// A question mark stands for any character.
+bool matches(const std::string& text, const std::string& pattern) {
+  return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                    [](char c, char wanted) { return c == wanted || wanted == '?'; });
+}
+
+}  // namespace
+
+Walk::Walk(const Folder::Files& files, const Options& options) : options_(options) {
+  folder_.emplace(files);
+  run();
+}
+
+void Walk::run() {
+  expected_ = folder_->files();
+  kept_.clear();
+  alone_ = saves_ = false;
+  options_.environment = {{"TZ", "UTC"}, {"PATH", folder_->path()}};  // no text editor but ours
+  op_.emplace(*folder_, options_);
+}
+
+/// Values, and files as "name: text"; one without text is not there.
+void Walk::set(const Line& line) {
+  op_.reset();
+  folder_.emplace(demo_with(line[1]));
+  for (std::size_t i = 2; i < line.cells.size(); ++i) {
+    const std::size_t colon = line[i].find(':');
+    const std::string name = line[i].substr(0, colon);
+    const std::string text = keys(line[i].substr(colon + 1));
+    text.empty() ? folder_->remove(name) : folder_->write(name, text.substr(1) + '\n');
+    if (name == "vi") {
+      std::filesystem::permissions(folder_->path(name), std::filesystem::perms::owner_all);
+    }
+  }
+  run();
+}
+
+void Walk::go(const Line& line) {
+  SCOPED_TRACE("line " + std::to_string(line.number));
+  if (line[0] == "set" || line[0] == "again") {
+    finish();
+    return line[0] == "set" ? set(line) : run();
+  }
+  go_home();
+  for (std::size_t i = 0; i < line.cells.size(); ++i) i % 2 == 0 ? act(line[i]) : look(line[i]);
+}
+
+void Walk::take(const std::string& cell, void (Walk::*otherwise)(const std::string&)) {
+  if (cell.empty()) return;
+  const auto* const known = std::find_if(std::begin(steps), std::end(steps), [&](const Step& step) {
+    return cell.starts_with(step.mark);
+  });
+  if (known == std::end(steps))
+    (this->*otherwise)(cell);
+  else
+    known->take(*this, cell.substr(known->mark.size()));
+  expect_tidy(*op_);
+}
+
+/// Items by their numbers, or one by its text.
+void Walk::choose(const std::string& path) {
+  if (std::isdigit(static_cast<unsigned char>(path[0])) != 0) return op_->open(path);
+  int row = 1;
+  while (row < screen_rows && op_->row(row).find(path) == std::string::npos) ++row;
+  op_->point(row);
+  op_->enter();
+}
+
+void Walk::go_home() {
+  while (!op_->shows("Harrier 5.3.0")) op_->leave();
+  expect_tidy(*op_);
+}
+
+void Walk::keep(const std::string& values, bool alone) {
+  put_values(expected_, values);
+  for (Value& value : read_values(values)) {
+    saves_ |= value.file.ends_with(".ini");
+    kept_.push_back(std::move(value));
+  }
+  alone_ |= alone;
+}
+
+void Walk::finish() {
+  go_home();
+  EXPECT_EQ(op_->quit(saves_ ? "y" : ""), saves_ ? 1 : 0);
+  Folder::Files files = folder_->files();
+  for (const Value& v : kept_) {
+    const std::string found = ini_value(files[v.file], v.section, v.key);
+    EXPECT_TRUE(matches(found, ini_value(expected_[v.file], v.section, v.key)))
+        << v.file << " " << v.section << "." << v.key << "=" << found << ", not " << v.text;
+  }
+  if (saves_ && !alone_) return;
+  for (const auto& [name, bytes] : files) EXPECT_EQ(bytes, expected_[name]) << name;
+  EXPECT_EQ(files.size(), expected_.size());
+}
+
+std::string arrow_path(Operator& op) {
+  const int first = op.arrow() - 1;
+  int row = first + 1;
+  std::string path = "1";
+  for (const bool down : {true, false}) {
+    for (;;) {
+      down ? op.down() : op.up();
+      if (op.arrow() == row) break;
+      row = op.arrow();
+      path += " " + std::to_string(row - first);
+    }
+  }
+  return path;
+}

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <utility>
+
+#include "tests/walk.h"
+
+namespace {
+
+class Tables : public testing::TestWithParam<Table> {
+ protected:
+  const std::vector<Line>& lines() const { return GetParam().lines; }
+};
+
+auto tables(const char* file) { return testing::ValuesIn(read_tables(file)); }
+
+std::string name_of(const testing::TestParamInfo<Table>& table) { return case_name(table.param); }
+
+class Walks : public Tables {};
+
+TEST_P(Walks, Lead) {
+  Walk walk;
+  for (const Line& line : lines()) walk.go(line);
+  walk.finish();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Walks, tables("walks.txt"), name_of);
+
+class Screens : public Tables {};
+
+TEST_P(Screens, AreShownAndLeadTheArrow) {
+  for (const Line& line : lines()) {
+    SCOPED_TRACE("arrow_paths.txt, line " + std::to_string(line.number));
+    Walk walk(demo_with(line[0]));
+    walk.act(line[1]);
+    if (!line[3].empty()) walk.look("screen " + line[3]);
+    if (!line[2].empty()) walk.look("arrow " + line[2]);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Screens, tables("arrow_paths.txt"), name_of);
+
+/// Where numbers are refused, all numbers are typed one after the other.
+void edit(Walk& walk, const Line& line) {
+  std::string shown = line[1];  // at first, then other values are
+  const auto enter = [&](const std::string& typed, bool number, bool refused) {
+    const int bells = walk.op().bells();
+    walk.go_home();
+    walk.act(line[0]);
+    walk.look(std::exchange(shown, ""));
+    if (!typed.empty()) walk.act('"' + typed);
+    if (refused) walk.look("The value is out of range");
+    if (number) {
+      EXPECT_EQ(walk.op().bells() - bells, refused ? 1 : 0) << typed;
+    }
+    walk.look(line[5]);
+  };
+  if (line[3].empty()) {
+    enter(line[2], false, false);
+  } else {
+    std::string number;
+    for (std::istringstream taken(line[2]); taken >> number;) enter(number, true, false);
+    for (std::istringstream refused(line[3]); refused >> number;) enter(number, true, true);
+  }
+  walk.keep(line[4], true);
+}
+
+class Fields : public Tables {};
+
+// What one run of the program edits is saved at its end, and the files are compared whole.
+TEST_P(Fields, AreEditedAndSaved) {
+  Walk walk;
+  for (const Line& line : lines()) {
+    SCOPED_TRACE("line " + std::to_string(line.number));
+    line[0] == "set" ? walk.go(line) : edit(walk, line);
+  }
+  walk.finish();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Fields, tables("fields.txt"), name_of);
+INSTANTIATE_TEST_SUITE_P(Odd, Fields, tables("odd_edits.txt"), name_of);
+
+TEST(Tour, ChangesSomethingOnEveryScreenAndFindsItAgain) {
+  std::vector<Line> tour;
+  for (const Table& table : read_tables("tour.txt")) {
+    tour.insert(tour.end(), table.lines.begin(), table.lines.end());
+  }
+  // The language that is chosen on the way must not change what is found later.
+  Folder::Files files = demo_with("");
+  const std::string english = read_file(source_dir() + "/languages/lang_00.ini");
+  files["lang_02.ini"] = "Tour English" + english.substr(english.find('\n'));
+
+  Walk walk(files, {.rows = 30, .cols = 90});
+  for (const Line& line : tour) walk.go(line);
+  walk.finish();
+
+  // Once more in the same language, and in the other one for the sake of its longer texts.
+  for (const char* language : {"2", "1"}) {
+    walk.folder().set("kestrel.ini", "System", "Language", language);
+    walk.run();
+    for (const Line& line : tour) {
+      SCOPED_TRACE("tour.txt, line " + std::to_string(line.number));
+      walk.go_home();
+      walk.act(line[0]);
+      const std::size_t last = line.cells.size() - 1;
+      if (language[0] == '2') walk.look(line[line[last][0] == '=' ? last - 1 : last]);
+    }
+  }
+}
+
+}  // namespace
