@@ -85,13 +85,20 @@ std::string case_name(const Table& table) {
 
 std::vector<Value> read_values(std::string_view cell) {
   std::vector<Value> values;
-  static const std::regex form("(?:([^:=]+):)?([^.=]+)\\.([^=]+)=(.*)");
+  static const std::regex form("(?:(?:([^:=]+):)?([^.:=]+)\\.)?([^.:=]+)=(.*)");
+  Value value;
   for (const std::string& part : split(cell, ";")) {
     std::smatch found;
     if (part.empty()) continue;
-    if (!std::regex_match(part, found, form)) throw std::runtime_error("no value: " + part);
-    values.push_back(
-        {found[1].matched ? found.str(1) : "kestrel.ini", found[2], found[3], found[4]});
+    const bool known = std::regex_match(part, found, form);
+    if (found[2].matched) {
+      value.file = found[1].matched ? found.str(1) : "kestrel.ini";
+      value.section = found[2];
+    }
+    if (!known || value.section.empty()) throw std::runtime_error("no value: " + part);
+    value.key = found[3];
+    value.text = found[4];
+    values.push_back(value);
   }
   return values;
 }

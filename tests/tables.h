@@ -43,8 +43,8 @@ struct Value {
   std::string text;
 };
 
-/// Values as a cell holds them: "Network.Port=5566; jobs.ini:Job_00.Log=1". Without a name they are
-/// of kestrel.ini.
+/// Values as a cell holds them: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". Without a name
+/// they are of kestrel.ini, and without a section of that of the value before.
 std::vector<Value> read_values(std::string_view cell);
 
 /// Puts values into files, in new sections at their end where they have none yet.

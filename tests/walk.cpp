@@ -27,8 +27,12 @@ void expect_tidy(Operator& op) {
     EXPECT_TRUE(!framed || columns(line) == frame_columns) << screen;
   }
   EXPECT_LE(row, screen_rows) << screen;
-  const bool in_menu = op.arrow() != 0;
-  EXPECT_FALSE(in_menu && (op.canonical() || op.echo() || op.cursor_visible())) << screen;
+  const bool asks = op.canonical();
+  EXPECT_EQ(op.echo(), asks) << screen;
+  if (asks || op.arrow() != 0) {
+    EXPECT_EQ(op.cursor_visible(), asks) << screen;
+    EXPECT_EQ(op.arrow() == 0, asks) << screen;
+  }
 }
 
 char colour_of(const Look& look) {
@@ -69,6 +73,8 @@ constexpr Step steps[] = {
     {"'", [](Walk& walk, const std::string& text) { walk.op().type(keys(text)); }},
     {"down ", [](Walk& walk, const std::string& times) { walk.op().down(std::stoi(times)); }},
     {"up ", [](Walk& walk, const std::string& times) { walk.op().up(std::stoi(times)); }},
+    {"rows ", [](Walk& walk,
+                 const std::string& rows) { walk.op().resize(std::stoi(rows), screen_columns); }},
     {"without ",
      [](Walk& walk, const std::string& text) { EXPECT_FALSE(walk.op().shows(text)) << text; }},
     {"bells ",

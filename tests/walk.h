@@ -9,7 +9,7 @@
 
 /// A person who goes through the program by the lines of a table and looks at what comes of it:
 /// tests/data/walks.txt tells how they are written. Whatever is done, every screen has to fit its
-/// frame, and a menu has to have the terminal as it needs it.
+/// frame, and menus and questions have to have the terminal as they need it.
 class Walk {
  public:
   /// Starts the program in a new folder with these files.

@@ -18,7 +18,7 @@ std::string name_of(const testing::TestParamInfo<Table>& table) { return case_na
 
 class Walks : public Tables {};
 
-TEST_P(Walks, Lead) {
+TEST_P(Walks, GoAsWritten) {
   Walk walk;
   for (const Line& line : lines()) walk.go(line);
   walk.finish();
