@@ -1,9 +1,8 @@
 #include "tests/folder.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,35 +10,22 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "tests/tables.h"
+#include "tui/diag.h"
+
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* program_name = "harrier";
-
-bool is_language(const std::string& name) { return name.starts_with("lang"); }
-
-/// Where the value of a key lies: from behind the "=" to the end of its line.
-struct Span {
-  std::size_t first = std::string_view::npos;
-  std::size_t length = 0;
-  bool found() const { return first != std::string_view::npos; }
-};
-
-Span find_value(std::string_view text, std::string_view section, std::string_view key) {
-  const std::string header = "[" + std::string(section) + "]";
-  bool inside = false;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find('\n', at), text.size());
-    std::string_view line = text.substr(at, end - at);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    if (line.starts_with('[')) inside = line == header;
-    if (inside && line.starts_with(key) && line.substr(key.size()).starts_with('=')) {
-      return {at + key.size() + 1, line.size() - key.size() - 1};
-    }
-    at = end + 1;
-  }
-  return {};
+/// The value of a key within the text, without a place when there is none.
+std::string_view find_value(std::string_view text, std::string_view section, std::string_view key) {
+  const std::size_t header = text.find("[" + std::string(section) + "]");
+  if (header == std::string_view::npos) return {};
+  const std::string_view lines = text.substr(header, text.find("\n[", header) - header);
+  const std::size_t line = lines.find("\n" + std::string(key) + "=");
+  if (line == std::string_view::npos) return {};
+  const std::string_view value = lines.substr(line + key.size() + 2);
+  return value.substr(0, value.find_first_of("\r\n"));
 }
 
 }  // namespace
@@ -55,32 +41,27 @@ std::string read_file(const std::string& path) {
 
 std::string demo(std::string_view name) {
   std::string bytes = read_file(source_dir() + "/demo/" + std::string(name));
-  EXPECT_FALSE(bytes.empty()) << "the demo configuration has no " << name;
+  if (bytes.empty()) throw std::runtime_error("no demo " + std::string(name));
   return bytes;
 }
 
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key) {
-  const Span at = find_value(text, section, key);
-  return at.found() ? std::string(text.substr(at.first, at.length)) : "";
+  return std::string(find_value(text, section, key));
 }
 
-std::string with_value(std::string_view text, std::string_view section, std::string_view key,
+std::string with_value(std::string_view text, const std::string& section, const std::string& key,
                        std::string_view value) {
   std::string changed(text);
-  const Span at = find_value(text, section, key);
-  if (at.found()) {
-    changed.replace(at.first, at.length, value);
-  } else {
-    ADD_FAILURE() << "no key " << key << " in section " << section;
+  const std::string header = "[" + section + "]\n";
+  if (changed.find(header) == std::string::npos) changed += "\n" + header;
+  if (find_value(changed, section, key).data() == nullptr) {
+    changed.insert(changed.find(header) + header.size(), key + "=\n");
   }
-  return changed;
+  const std::string_view old = find_value(changed, section, key);
+  return changed.replace(static_cast<std::size_t>(old.data() - changed.data()), old.size(), value);
 }
 
-Folder::Folder() : Folder(Files{}) {
-  for (const auto& entry : fs::directory_iterator(source_dir() + "/demo")) {
-    write(entry.path().filename().string(), read_file(entry.path()));
-  }
-}
+Folder::Folder() : Folder(demo_with("")) {}
 
 Folder::Folder(const Files& files) {
   std::string name = fs::temp_directory_path() / "harrier.XXXXXX";
@@ -88,10 +69,8 @@ Folder::Folder(const Files& files) {
     throw std::system_error(errno, std::generic_category(), name);
   }
   path_ = name;
-  fs::create_symlink(HARRIER_PROGRAM, path(program_name));
-  for (const auto& entry : fs::directory_iterator(source_dir() + "/languages")) {
-    write(entry.path().filename().string(), read_file(entry.path()));
-  }
+  fs::create_symlink(HARRIER_PROGRAM, path("harrier"));
+  fs::copy(source_dir() + "/languages", path_);
   for (const auto& [file, bytes] : files) write(file, bytes);
 }
 
@@ -101,14 +80,17 @@ Folder::~Folder() {
   fs::remove_all(path_, ignored);
 }
 
+void Folder::use() const { std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", path_.c_str()); }
+
 void Folder::write(std::string_view name, std::string_view bytes) const {
   std::ofstream out(path(name), std::ios::binary | std::ios::trunc);
   out << bytes << std::flush;
   if (!out) throw std::runtime_error("cannot write " + path(name));
+  if (bytes.starts_with("#!")) fs::permissions(path(name), fs::perms::owner_all);
 }
 
 std::string Folder::read(std::string_view name) const {
-  EXPECT_TRUE(fs::is_regular_file(path(name))) << "there is no file " << name;
+  if (!fs::is_regular_file(path(name))) throw std::runtime_error("no file " + path(name));
   return read_file(path(name));
 }
 
@@ -116,20 +98,12 @@ bool Folder::has(std::string_view name) const { return fs::exists(path(name)); }
 
 void Folder::remove(std::string_view name) const { fs::remove_all(path(name)); }
 
-std::vector<std::string> Folder::names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(path_)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 Folder::Files Folder::files() const {
   Files files;
-  for (const std::string& name : names()) {
-    if (name == program_name || is_language(name)) continue;
-    files[name] = fs::is_regular_file(path(name)) ? read_file(path(name)) : "";
+  for (const auto& entry : fs::directory_iterator(path_)) {
+    const std::string name = entry.path().filename();
+    if (name == "harrier" || name.starts_with("lang")) continue;
+    files[name] = entry.is_regular_file() ? read_file(entry.path()) : "";
   }
   return files;
 }
@@ -139,7 +113,7 @@ std::string Folder::value(std::string_view name, std::string_view section,
   return ini_value(read(name), section, key);
 }
 
-void Folder::set(std::string_view name, std::string_view section, std::string_view key,
+void Folder::set(std::string_view name, const std::string& section, const std::string& key,
                  std::string_view value) const {
   write(name, with_value(read(name), section, key, value));
 }

@@ -3,7 +3,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Where the language files, the demo configuration and the sources lie.
 std::string source_dir();
@@ -11,16 +10,17 @@ std::string source_dir();
 /// The bytes of a file, none when it cannot be read.
 std::string read_file(const std::string& path);
 
-/// The bytes of a file of the demo configuration. Fails the case when there is none.
+/// The bytes of a file of the demo configuration. Throws when there is none.
 std::string demo(std::string_view name);
 
 /// The value of a key as it stands in the text of a configuration file, with its quotes if it has
 /// any. Empty when the section or the key is not there.
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key);
 
-/// The text of a configuration file with another value for one of its keys. The value is written as
-/// it is given, so the quotes of a text belong to it. Fails the case when the key is not there.
-std::string with_value(std::string_view text, std::string_view section, std::string_view key,
+/// The text of a configuration file with another value for one of its keys, in a new section at the
+/// end where there is none yet. The value is written as it is given, so the quotes of a text belong
+/// to it.
+std::string with_value(std::string_view text, const std::string& section, const std::string& key,
                        std::string_view value);
 
 /// A folder of its own for one case: the program as "harrier" (a link to the built one), the
@@ -39,14 +39,16 @@ class Folder {
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
 
+  /// Makes it the folder of the program's functions that a case calls itself.
+  void use() const;
+
   std::string path() const { return path_; }  // without a slash at its end
   std::string path(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  void write(std::string_view name, std::string_view bytes) const;
-  std::string read(std::string_view name) const;  // fails the case when it cannot be read
+  void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program
+  std::string read(std::string_view name) const;  // throws when there is no such file
   bool has(std::string_view name) const;
   void remove(std::string_view name) const;
-  std::vector<std::string> names() const;  // of everything in the folder, sorted
 
   /// Everything in the folder but the program and the language files: compare two of these to learn
   /// what a run has changed.
@@ -54,7 +56,7 @@ class Folder {
 
   /// `ini_value` and `with_value` of a file in the folder.
   std::string value(std::string_view name, std::string_view section, std::string_view key) const;
-  void set(std::string_view name, std::string_view section, std::string_view key,
+  void set(std::string_view name, const std::string& section, const std::string& key,
            std::string_view value) const;
 
  private:

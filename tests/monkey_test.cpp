@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <iterator>
 #include <optional>
 #include <random>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "tests/operator.h"
+#include "tests/tables.h"
 
 namespace {
 
@@ -36,77 +34,68 @@ constexpr std::string_view answers[][2] = {
     {"profile file", "profile"},
 };
 
-/// Deep in the menus of the demo configuration.
-std::vector<std::string> places() {
-  std::istringstream paths(
-      "1/4 1/7 2/1 2/2/4 2/3/4 2/17/5/1 2/17/5/1/7/2 2/17/5/1/8/1/1/1 2/17/5/1/8/65 "
-      "2/17/5/1/8/2/1/2/2 2/17/5/1/8/2/1/2/3 2/17/5/1/9 3/1 3/2 3/3 3/4 4/1/2 4/2/3 4/3/4 4/17 "
-      "5/2/1/2 5/3/12/10 5/4 5/5");
-  return {std::istream_iterator<std::string>(paths), {}};
+int setting(const char* variable, int otherwise) {
+  const char* value = std::getenv(variable);
+  return value == nullptr ? otherwise : std::atoi(value);
 }
 
 /// Presses keys at random.
 class AnyKeys : public testing::TestWithParam<int> {
  protected:
-  static int number(const char* variable, int otherwise) {
-    const char* value = std::getenv(variable);
-    return value == nullptr ? otherwise : std::atoi(value);
+  template <typename T>
+  T dice(T sides) {
+    return std::uniform_int_distribution<T>(0, sides - 1)(random_);
   }
 
-  int dice(int sides) { return std::uniform_int_distribution(0, sides - 1)(random_); }
-  std::size_t dice(std::size_t sides) {
-    return std::uniform_int_distribution(std::size_t{0}, sides - 1)(random_);
-  }
+  const auto& one_of(const auto& things) { return things[dice(std::size(things))]; }
 
   std::string presses(std::string_view key, int most) {
     std::string keys;
-    for (int i = dice(most); i >= 0; --i)
-      keys += key.empty() ? keyboard[dice(std::size(keyboard))] : key;
+    for (int i = dice(most); i >= 0; --i) keys += key.empty() ? one_of(keyboard) : key;
     return keys;
   }
 
   std::string answer(const std::string& screen) {
     static const std::regex bounds(R"(\[(\d+)-(\d+)\])");
-    if (dice(50) == 0) return presses("", dice(10) == 0 ? 400 : 20) + "\r";
+    if (dice(50) == 0) return presses("", dice(10) == 0 ? 400 : 20);
     for (const auto& [question, good] : answers) {
-      if (screen.find(question) != std::string::npos && dice(5) != 0) {
-        return std::string(good) + "\r";
-      }
+      if (screen.find(question) != std::string::npos && dice(5) != 0) return std::string(good);
     }
     std::smatch found;
-    if (std::regex_search(screen, found, bounds)) return found[1 + dice(2)].str() + "\r";
-    return (dice(10) == 0 ? "*" : presses("", 12)) + "\r";
+    if (std::regex_search(screen, found, bounds)) return found[1 + dice(2)];
+    return dice(10) == 0 ? "*" : presses("", 12);
   }
 
   std::string burst(const std::string& screen) {
     const std::size_t arrow = screen.find("-->");
-    if (arrow == std::string::npos) return "\x15" + answer(screen);  // or a pause, it asks again
+    if (arrow == std::string::npos) return "\x15" + answer(screen) + "\r";  // or a pause
     // The way back is taken less often than it is met: deep down there is more to find.
     const bool may_enter = screen.find("0 - ", arrow) - arrow > 5 || dice(2) == 0;
     if (dice(3) == 0) return may_enter ? "\r" : presses(up, 20);
     const std::string_view keys[] = {up, "", down, down};
-    return presses(keys[dice(4)], dice(3) == 0 ? 20 : 6) + (dice(20) == 0 ? "\r\r" : "");
+    return presses(one_of(keys), dice(3) == 0 ? 20 : 6) + (dice(20) == 0 ? "\r\r" : "");
   }
 
  private:
-  std::mt19937 random_{static_cast<unsigned>(number("HARRIER_MONKEY_SEED", 0) + GetParam())};
+  std::mt19937 random_{static_cast<unsigned>(setting("HARRIER_MONKEY_SEED", 0) + GetParam())};
 };
 
 TEST_P(AnyKeys, NeitherCrashNorHangNorSpoilTheTerminal) {
-  const std::vector<std::string> starts = places();
+  const std::vector<Table> places = read_tables("arrow_paths.txt");
   std::optional<Folder> folder;
-  int left = number("HARRIER_MONKEY_KEYS", 2000);
+  int left = setting("HARRIER_MONKEY_KEYS", 2000);
   for (int run = 0; left > 0 && !HasFailure(); ++run) {
     // Three runs with the same files, the first one from somewhere deep in the menus.
-    if (run % 3 == 0) folder.emplace();
+    const Line& place = one_of(one_of(places).lines);
+    if (run % 3 == 0) folder.emplace(demo_with(place[0]));
     Operator op(*folder, {.environment = {{"PATH", folder->path()}}});  // no text editor there
-    if (run % 3 == 0) op.open(starts.at(dice(starts.size())));
+    if (run % 3 == 0) op.open(place[1]);
     for (int bursts = 10 + dice(150); bursts > 0 && left > 0 && !op.ended(); --bursts) {
       EXPECT_EQ(op.canonical(), op.echo());
       if (dice(100) == 0) op.resize(20 + dice(20), 70 + dice(20));
       const std::string keys = burst(op.screen());
-      left -= static_cast<int>(
-          keys.size() - 2 * static_cast<std::size_t>(std::count(keys.begin(), keys.end(), '[')));
+      left -= static_cast<int>(keys.size());
+      left += 2 * static_cast<int>(std::count(keys.begin(), keys.end(), '['));
       op.type(keys);
     }
     const bool running = !op.ended();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <sys/resource.h>
 #include <sys/types.h>
 #include <termios.h>
 #include <vterm.h>
@@ -10,8 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "tests/folder.h"
 
@@ -35,13 +32,10 @@ struct Options {
   int cols = 80;
 
   /// The name it is called by, from its folder as current directory; without a slash it is looked
-  /// up in the PATH, which begins with the folder.
+  /// up in the PATH, which begins with the folder. A script may stand before the program.
   std::string name = "./harrier";
 
-  std::string typed_ahead = {};  // keys that wait in the terminal when the program starts
   std::map<std::string, std::string> environment = {};  // on top of that of the tests
-  std::optional<std::string> input = {};                // standard input is a pipe with this
-  std::vector<std::pair<__rlimit_resource_t, rlim_t>> limits = {};  // as by setrlimit
 };
 
 /// A person at a terminal who has started the program there: types keys, reads the screen.
@@ -68,11 +62,13 @@ class Operator {
 
   /// Sends bytes as they are, however many, reading what the program writes meanwhile.
   void type(std::string_view keys);
-  void up(int times = 1);
-  void down(int times = 1);
-  void enter() {
-    type("\r");
-  }  // "\r", which the terminal turns into a line feed unless it is told not to
+  void enter() { type("\r"); }  // which the terminal turns into a line feed unless told not to
+  void up(int times = 1) {
+    while (times-- > 0) type("\x1b[A");
+  }
+  void down(int times = 1) {
+    while (times-- > 0) type("\x1b[B");
+  }
 
   /// Moves the arrow to the item with this number ("7", "6.1", "10") by Up or Down, and presses
   /// Enter. Waits for a menu first.
@@ -81,7 +77,7 @@ class Operator {
   /// Chooses one item after the other: "1/7/2".
   void open(std::string_view path);
 
-  /// Moves the arrow to this row of the screen.
+  /// Moves the arrow to this row of the screen. Waits for a menu first.
   void point(int row);
 
   /// Types a line where the program asks for one, with Enter at its end. Waits for the question
@@ -129,19 +125,12 @@ class Operator {
  private:
   Operator(int rows, int cols);
   bool mode(tcflag_t flag);
-  bool mode_now(tcflag_t flag) const;
   void pump(int milliseconds);
-  bool settled();
   void settle();
-  bool all_keys_read() const;
   void await(const std::function<bool()>& condition, const std::string& what);
-  void note(std::string_view step);
   [[noreturn]] void lose(const std::string& what);
-  Cell cell_now(int row, int col) const;
+  std::string text(const VTermRect& part) const;
   std::string row_now(int number) const;
-  std::string screen_now() const;
-  bool shows_now(std::string_view text) const;
-  int arrow_now() const;
 
   int rows_;
   int cols_;
@@ -155,9 +144,7 @@ class Operator {
   std::string trail_;  // what has been done so far
   VTerm* terminal_;
   VTermScreen* screen_;
-  bool cursor_visible_ = true;
-  int bells_ = 0;
 };
 
-/// Replaces keys by what can be read: "\r" by "<Enter>", an arrow by "<Up>".
+/// Shows keys such as "\r" and arrows as they are written in a program.
 std::string readable(std::string_view keys);

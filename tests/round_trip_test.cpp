@@ -1,14 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
-#include <cstdio>
-#include <sstream>
-
 #include "config/ini_reader.h"
 #include "config/store.h"
 #include "tests/tables.h"
-#include "tui/diag.h"
 
 namespace {
 
@@ -17,7 +11,7 @@ using Files = Folder::Files;
 /// What a start of the program makes of these files when it saves them with these groups removed.
 Files saved(const Files& files, const std::string& removed_groups = "") {
   const Folder folder(files);
-  std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", folder.path().c_str());
+  folder.use();
   actual_section = 255;
   EXPECT_EQ(LoadINI(), 0);
   for (const char number : removed_groups) INI.group[number - '0'] = {};
@@ -25,53 +19,44 @@ Files saved(const Files& files, const std::string& removed_groups = "") {
   return folder.files();
 }
 
-/// Appends a section of tests/data/every_key as entry `i`: the number of its header becomes `i`,
-/// "NN" in a text too, and a number grows by it. With `too_wide`, loading has to cut every value to
-/// that.
-void add_entry(std::string& file, const std::string& section, int i, bool too_wide) {
-  const std::string digits = std::to_string(i / 10) + std::to_string(i % 10);
-  std::istringstream lines(section);
-  for (std::string line; std::getline(lines, line); file += line + '\n') {
-    const std::size_t at = line.find('=') + 1;
-    if (line.starts_with('[') && std::isdigit(line[line.size() - 2]) != 0) {
-      line.replace(line.size() - 3, 2, digits);
-    } else if (at != 0 && line[at] == '"') {
-      if (line.substr(at + 1, 2) == "NN") line.replace(at + 1, 2, digits);
-      if (too_wide) line.insert(line.size() - 1, "+");
-    } else if (at != 0) {
-      const int number = std::stoi(line.substr(at)) + i;
-      const int beyond = number < 256 ? 5 * 256 : 5 * 65536;  // the wide fields have large numbers
-      line.replace(at, std::string::npos, std::to_string(too_wide ? number + beyond : number));
-    }
+/// A line of tests/data/every_key as it is for entry `i`: "NN" becomes the number of the entry, and
+/// a number grows by it. With `too_wide`, loading has to cut the value to that.
+std::string entry_line(std::string line, int i, const std::string& digits, bool too_wide) {
+  const std::size_t value = line.find('=') + 1;
+  if (line.ends_with('"')) {
+    if (line.substr(value + 1, 2) == "NN") line.replace(value + 1, 2, digits);
+    return too_wide ? line.insert(line.size() - 1, "+") : line;
   }
-  file += '\n';
+  const int number = std::stoi(line.substr(value)) + i;
+  const int beyond = number < 256 ? 5 * 256 : 5 * 65536;  // the wide fields have large numbers
+  return line.substr(0, value) + std::to_string(too_wide ? number + beyond : number);
 }
 
-/// A file with every key at a value of its own. A numbered section of the file in tests/data stands
-/// for all up to its number.
+/// A file with every key at a value of its own. The section "Event_00-63" in tests/data stands for
+/// 64 of them.
 std::string every_key(const std::string& name, bool too_wide) {
-  std::istringstream lines(read_file(source_dir() + "/tests/data/every_key/" + name));
-  std::string file;
-  std::string section;
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.empty()) {
-      section += line + '\n';
-      continue;
+  std::string file =
+      "; This is file with configuration parameters for KESTREL \n; Do not change any line !\n\n";
+  for (const Table& section : read_tables("every_key/" + name)) {
+    const std::size_t range = section.name.find("00-");
+    const int last = range == std::string::npos ? 0 : std::stoi(section.name.substr(range + 3));
+    for (int i = 0; i <= last; ++i) {
+      const std::string digits = std::to_string(i / 10) + std::to_string(i % 10);
+      file += "[" + section.name.substr(0, range) + (last == 0 ? "" : digits) + "]\n";
+      for (const Line& line : section.lines)
+        file += entry_line(line[0], i, digits, too_wide) + "\n";
+      file += "\n";
     }
-    const std::size_t end = std::min(section.find("]\n"), section.size());
-    const bool numbered = end < section.size() && std::isdigit(section[end - 1]) != 0;
-    const int last = numbered ? std::stoi(section.substr(end - 2)) : 0;
-    for (int i = 0; i <= last; ++i) add_entry(file, section, i, too_wide);
-    section.clear();
   }
   return file;
 }
 
 Files every_file(bool too_wide) {
-  Files files = {{"kestrel.ini", every_key("kestrel.ini", too_wide)},
-                 {"jobs.ini", every_key("jobs.ini", too_wide)},
-                 {"jobsSTS.ini", every_key("jobs.ini", too_wide)},
-                 {"sensor.ini", every_key("sensor.ini", too_wide)}};
+  Files files;
+  for (const char* name : {"kestrel.ini", "jobs.ini", "sensor.ini"}) {
+    files[name] = every_key(name, too_wide);
+  }
+  files["jobsSTS.ini"] = files["jobs.ini"];
   for (char i = '0'; i <= '9'; ++i) {
     files[std::string("group_0") + i + ".ini"] = every_key("group.ini", too_wide);
   }

@@ -105,13 +105,7 @@ std::vector<Value> read_values(std::string_view cell) {
 
 void put_values(Folder::Files& files, std::string_view cell) {
   for (const Value& v : read_values(cell)) {
-    std::string& text = files[v.file];
-    const std::string header = "[" + v.section + "]\n";
-    if (text.find(header) == std::string::npos) text += "\n" + header;
-    if (ini_value(text, v.section, v.key).empty()) {
-      text.insert(text.find(header) + header.size(), v.key + "=\n");
-    }
-    text = with_value(text, v.section, v.key, v.text);
+    files[v.file] = with_value(files[v.file], v.section, v.key, v.text);
   }
 }
 

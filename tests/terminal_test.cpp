@@ -1,11 +1,6 @@
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <cstring>
 
 #include "tests/operator.h"
 
@@ -18,7 +13,7 @@ TEST(Terminal, IsGivenBackWhateverEndsTheRun) {
       SCOPED_TRACE(std::to_string(signal) + " after " + readable(keys));
       const Folder folder;
       const Folder::Files before = folder.files();
-      Operator op(folder, {.limits = {{RLIMIT_CORE, 0}}});
+      Operator op(folder);
       op.type(keys);
       op.screen();
       signal == hang_up ? op.hang_up() : op.signal(signal);
@@ -55,24 +50,16 @@ TEST(Terminal, StopsAndGoesOnInMenusAndEditors) {
 /// As the first process of its session: nobody could continue it, so the stop is discarded.
 TEST(Terminal, IsTakenAgainWhenThereIsNoStop) {
   const Folder folder;
-  int terminal = -1;
-  const pid_t pid = forkpty(&terminal, nullptr, nullptr, nullptr);
-  const std::string program = folder.path("harrier");
-  if (pid == 0) _exit(execl(program.c_str(), program.c_str(), nullptr));
-  for (const char* keys : {"\x1a", "\x1b[B\x1b[B\x1b[B\x1b[B\x1b[B\r"}) {
-    std::string shown;
-    for (char byte = 0; !shown.ends_with("Leave this menu"); shown += byte) {
-      ASSERT_EQ(read(terminal, &byte, 1), 1) << shown;
-    }
-    termios modes{};
-    EXPECT_EQ(tcgetattr(terminal, &modes), 0);
-    EXPECT_EQ(modes.c_lflag & (ECHO | ICANON), 0U);
-    EXPECT_GT(write(terminal, keys, std::strlen(keys)), 0);
-  }
-  int status = -1;
-  EXPECT_EQ(waitpid(pid, &status, 0), pid);
-  EXPECT_EQ(status, 0);
-  close(terminal);
+  folder.write("alone", "#!/bin/sh\nexec script -qec 'exec ./harrier' /dev/null\n");
+  Operator op(folder, {.name = "./alone"});
+  op.expect("0 - Leave this menu");
+  op.type("\x1a");
+  op.screen();
+  op.down();  // would wait for the end of a line where the mode is not set again
+  op.expect("--> 2 - UPS");
+  op.down(4);
+  op.enter();
+  EXPECT_EQ(op.exit_status(), 0);
 }
 
 TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
@@ -88,6 +75,7 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   EXPECT_EQ(op.row(17), "New value       Atric");
   EXPECT_TRUE(op.cell(10, 1).look == (Look{7, 0, true}));  // white, not as the value
   op.type("\x7f\x7f\x7ftic");  // what was typed before can still be corrected
+  op.resize(30, 90);
   EXPECT_EQ(op.row(17), "New value       Attic");
   op.type("\r\rEnd");  // the editor also shows what was typed before it
   EXPECT_EQ(op.row(17), "New value       End");
@@ -190,7 +178,9 @@ TEST(Terminal, EndsTheRunWhereThePipeEnds) {
        {std::string(), std::string("\n"), typed, typed + "\n\033", whole}) {
     SCOPED_TRACE(readable(input));
     const Folder folder;
-    Operator op(folder, {.input = input});
+    folder.write("input", input);
+    folder.write("piped", "#!/bin/sh\ncat input | ./harrier\n");
+    Operator op(folder, {.name = "./piped"});
     EXPECT_EQ(op.exit_status(), input == whole ? 1 : 0);
     EXPECT_EQ(folder.value("kestrel.ini", "System", "Name") == "\"Attic\"", input == whole);
   }

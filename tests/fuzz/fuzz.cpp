@@ -1,23 +1,18 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <map>
 
 #include "config/group_profile.h"
 #include "config/ini_reader.h"
 #include "config/store.h"
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
+#include "tests/folder.h"
 #include "tests/plain_upcoming.h"
 #include "tests/zone.h"
-#include "tui/diag.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Ends the run with a finding unless `holds`; `claim` says what should have held.
 void require(bool holds, const char* claim) {
@@ -26,31 +21,15 @@ void require(bool holds, const char* claim) {
   std::abort();
 }
 
-/// A folder of its own, in TMPDIR, beside which the program believes to lie. With a slash.
-std::string make_folder() {
-  std::string path = fs::temp_directory_path() / "harrier-fuzz.XXXXXX";
-  require(mkdtemp(path.data()) != nullptr, "the folder for the files can be made");
-  path += '/';
-  ProgramDir[path.copy(ProgramDir, sizeof ProgramDir - 1)] = '\0';
-  return path;
-}
-
-const std::string folder = make_folder();
-
-void write_file(const std::string& name, std::string_view bytes) {
-  require((std::ofstream(folder + name) << bytes).flush().good(), "the input can be written");
-}
+/// Where the program believes to lie.
+const Folder folder{Folder::Files{}};
 
 /// Loading and saving, once it has been done, changes nothing any more.
 void check_round_trip(int (*load)(), int (*save)()) {
-  std::map<fs::path, std::string> saved;
+  Folder::Files saved;
   for (const bool again : {false, true}) {
     require(load() == 0 && save() == 0, "what is there loads and can be saved");
-    std::map<fs::path, std::string> files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-      std::ifstream file(entry.path(), std::ios::binary);
-      files[entry.path()] = std::string(std::istreambuf_iterator<char>(file), {});
-    }
+    Folder::Files files = folder.files();
     require(!again || files == saved, "what was saved is saved again, byte for byte");
     saved.swap(files);
   }
@@ -87,13 +66,14 @@ namespace fuzz {
 /// A single group file on purpose. With several, a save may leave one behind that no group has
 /// written, and the next start takes it for one more group.
 void ini(std::string_view input) {
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove(entry);
+  folder.use();
+  for (const auto& [name, bytes] : folder.files()) folder.remove(name);
   for (const char* name : {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini"}) {
     const std::size_t size = std::min(input.find('\x1c'), input.size());
-    write_file(name, input.substr(0, size));
+    folder.write(name, input.substr(0, size));
     input.remove_prefix(std::min(input.size(), size + 1));
   }
-  write_file("sensor.ini", input);
+  folder.write("sensor.ini", input);
   check_round_trip(load_configuration, SaveINI);
 }
 
@@ -102,8 +82,9 @@ void ini(std::string_view input) {
 void language(std::string_view input) {
   static const int allocated = AllocText();
   require(allocated == 0, "there is memory for the texts");
-  write_file("lang_00.ini", input);
-  write_file("lang1_00.ini", input);
+  folder.use();
+  folder.write("lang_00.ini", input);
+  folder.write("lang1_00.ini", input);
   static LanguageNames names;
   load_language_names(names);
   const auto ends = [](const auto& text) { return strnlen(text, sizeof text) < sizeof text; };
@@ -129,10 +110,10 @@ void language(std::string_view input) {
 /// A group profile: its whole records become events, the rest of the events are empty, and once it
 /// has been saved, loading and saving change nothing any more.
 void profile(std::string_view input) {
-  static const std::string path = folder + "profile";
+  static const std::string path = folder.path("profile");
   static GroupEvent events[event_count];
   const auto load = [] { return LoadGroupProfile(path.c_str(), events); };
-  write_file("profile", input);
+  folder.write("profile", input);
   std::memset(events, 0xEE, sizeof events);
   require(load() == 0, "the profile loads");
   const std::size_t whole = input.size() - input.size() % sizeof(GroupEvent);
