@@ -21,8 +21,6 @@ char sys_mess[20][30] = {
 
 namespace {
 
-char* block = nullptr;  // of all texts, one behind the other
-
 constexpr const char* headers[] = {nullptr,     "[Merlin]",  "[Osprey]",
                                    "[Harrier]", "[Skylark]", "[Wren]"};
 
@@ -119,10 +117,9 @@ void fill_tables() {
 }  // namespace
 
 int AllocText() {
-  block = static_cast<char*>(std::malloc(text_count * text_size));
-  if (block == nullptr) return 1;
   for (int number = 0; number < text_count; ++number) {
-    LangText[number] = block + static_cast<std::size_t>(number) * text_size;
+    LangText[number] = static_cast<char*>(std::malloc(text_size));
+    if (LangText[number] == nullptr) return 1;
     set_default(number);
   }
   return 0;
@@ -151,4 +148,6 @@ int LoadText(int program, signed char language) {
   return 0;
 }
 
-void FreeText() { std::free(block); }
+void FreeText() {
+  for (char* text : LangText) std::free(text);
+}
