@@ -15,7 +15,9 @@
 
 namespace {
 
-// Without a call and without output for so long, a program has finished its step.
+// A step begins to show within the first, and has finished after the second without a call and
+// without output.
+constexpr std::chrono::milliseconds patience(10000);
 constexpr std::chrono::milliseconds quiet(200);
 
 /// Reads once. 0 when the program has ended.
@@ -108,7 +110,8 @@ void await(const Session& session, std::size_t wanted) {
 Counts follow(Session& session) {
   using Clock = std::chrono::steady_clock;
   Counts counts;
-  for (auto last = Clock::now(); session.program >= 0 && Clock::now() - last < quiet;) {
+  auto last = Clock::now();
+  while (session.program >= 0 && Clock::now() - last < (counts.shown == 0 ? patience : quiet)) {
     int status = 0;
     if (waitpid(session.program, &status, WNOHANG) == session.program) {
       note_stop(session, status, counts);
