@@ -261,8 +261,10 @@ int Operator::quit(std::string_view answer) {
   return exit_status();
 }
 
-/// From 0 and without what is behind its end. The blanks at the end of a row may be missing.
+/// A part of the screen, from row and column 0 up to and without its ends; none beyond the screen.
+/// The blanks at the end of a row may be missing.
 std::string Operator::text(const VTermRect& part) const {
+  if (part.end_row > rows_ || part.end_col > cols_) return "";
   constexpr int longest_cell = 4 * VTERM_MAX_CHARS_PER_CELL;
   const int cells = (part.end_row - part.start_row) * (part.end_col - part.start_col + 1);
   std::string text(static_cast<std::size_t>(cells * longest_cell), '\0');
@@ -271,7 +273,6 @@ std::string Operator::text(const VTermRect& part) const {
 }
 
 std::string Operator::row_now(int number) const {
-  if (number > rows_) return "";
   std::string row = text({number - 1, number, 0, cols_});
   row.erase(row.find_last_not_of(' ') + 1);
   return row;
