@@ -10,12 +10,13 @@ test_needs=("${build_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clan
   libbenchmark-dev libinih-dev)
 
 # build PRESET TARGET [OPTION...]
-# Configures with the options and builds the target. Quiet unless it fails: then the whole log is
-# shown.
+# Configures with the options and builds the target. Says so in one line, since the first time takes
+# a while; shows the whole log if it fails.
 build() {
   local preset=$1 target=$2 log=build/$1.log
   shift 2
   mkdir -p build
+  echo "Building: $preset" >&2
   if ! { cmake --preset "$preset" "$@" &&
     cmake --build --preset "$preset" --target "$target" -j "$(nproc)"; } >"$log" 2>&1; then
     cat "$log" >&2

@@ -81,7 +81,6 @@ fuzz_one() {
 # build_and_fuzz SECONDS
 # Needs `build` of scripts/build.sh.
 build_and_fuzz() {
-  echo "Building: fuzz"
   build fuzz fuzz_targets || return
   echo "Fuzzing: $1 s each"
   fuzz "$1"
