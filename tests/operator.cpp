@@ -308,8 +308,7 @@ void Operator::expect(std::string_view text) {
   if (!shows(text)) lose("The screen does not show \"" + std::string(text) + "\"");
 }
 
-Cell Operator::cell(int row, int col) {
-  settle();
+Cell Operator::cell(int row, int col) const {
   VTermScreenCell found{};
   vterm_screen_get_cell(screen_, {row - 1, col - 1}, &found);
   const Look look{colour_number(found.fg), colour_number(found.bg), found.attrs.bold != 0};

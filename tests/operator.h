@@ -100,7 +100,11 @@ class Operator {
   bool shows(std::string_view text);
   void expect(std::string_view text);  // waits until the screen shows it, over pauses too
 
-  Cell cell(int row, int col);  // from 1
+  /// What a cell, numbered from 1, showed when the terminal was last looked at. It alone waits for
+  /// nothing, so that all cells belong to one screen, even to one that a pause is about to end.
+  Cell cell(int row, int col) const;
+  void settle();
+
   bool cursor_visible();
   int bells();  // how often the bell has rung
 
@@ -126,7 +130,6 @@ class Operator {
   Operator(int rows, int cols);
   bool mode(tcflag_t flag);
   void pump(int milliseconds);
-  void settle();
   void await(const std::function<bool()>& condition, const std::string& what);
   [[noreturn]] void lose(const std::string& what);
   std::string text(const VTermRect& part) const;

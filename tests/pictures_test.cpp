@@ -31,7 +31,7 @@ std::string escaped(const std::string& character) {
 /// The cells from `col` on that look alike, as one piece of text of exactly their width, without
 /// the blanks around it. Moves `col` behind all of them. Blanks in between must not break: viewers
 /// differ in how many they keep.
-std::string run_of_cells(Operator& op, int row, int& col) {
+std::string run_of_cells(const Operator& op, int row, int& col) {
   const Look look = op.cell(row, col).look;
   int start = 0;
   int end = 0;
@@ -56,6 +56,7 @@ std::string run_of_cells(Operator& op, int row, int& col) {
 
 /// The screen as a picture: Scalable Vector Graphics 1.1 (W3C).
 std::string picture(Operator& op) {
+  op.settle();
   const std::string width = std::to_string(cols * cell_width + 2 * margin);
   const std::string height = std::to_string(rows * cell_height + 2 * margin);
   std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + width + " " +

@@ -47,8 +47,11 @@ char colour_of(const Look& look) {
 
 /// The screen with the colours of each row before it, in their order from left to right.
 std::string with_colours(Operator& op) {
+  std::istringstream lines(op.screen());
   std::string screen;
   for (int row = 1; row <= screen_rows; ++row) {
+    std::string line;
+    std::getline(lines, line);
     std::string colours;
     for (int col = 1; col <= screen_columns; ++col) {
       const Cell cell = op.cell(row, col);
@@ -56,7 +59,7 @@ std::string with_colours(Operator& op) {
       if (shown && !colours.ends_with(colour_of(cell.look))) colours += colour_of(cell.look);
     }
     colours.resize(std::max<std::size_t>(colours.size(), 3), ' ');
-    screen.append(colours).append("|").append(op.row(row)).append("\n");
+    screen.append(colours).append("|").append(line).append("\n");
   }
   screen.erase(screen.find_last_not_of(" |\n") + 1);
   return screen + "\n";
