@@ -9,10 +9,8 @@ constexpr std::size_t password_size = 256;
 
 bool has_password(const Subject&) { return INI1.system.PasswordProtection != 0; }
 
-/// An empty entry removes the password, and the arrow steps back from an item that is dimmed now.
-/// After a password whose check value is 0 it stays there, until an arrow key is pressed.
 int change_password(const Subject&, int item) {
-  return enter_password(INI1.system.PasswordProtection, password_size) ? item : item - 1;
+  return enter_password(INI1.system.PasswordProtection, password_size, item);
 }
 
 const Row network_rows[] = {

@@ -9,7 +9,7 @@
 #include "tui/editors.h"
 #include "tui/terminal.h"
 
-bool enter_password(std::uint16_t& password, std::size_t size) {
+int enter_password(std::uint16_t& password, std::size_t size, int item) {
   constexpr int start_row = 9;
   char typed[256] = {};
   print_frame(start_row, LangText[text::enter_password]);
@@ -22,5 +22,5 @@ bool enter_password(std::uint16_t& password, std::size_t size) {
   const bool any = typed[0] != '\0';
   password = CalculatePassword(typed);
   explicit_bzero(typed, sizeof typed);
-  return any;
+  return any ? item : item - 1;
 }

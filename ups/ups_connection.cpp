@@ -77,10 +77,8 @@ void edit_network_address(const Subject& s) {
   }
 }
 
-/// An empty entry removes the password, and the arrow steps back from an item that is dimmed now.
-/// After a password whose check value is 0 it stays there, until an arrow key is pressed.
 int change_password(const Subject& s, int item) {
-  return enter_password(ups_of(s).Password, password_size) ? item : item - 1;
+  return enter_password(ups_of(s).Password, password_size, item);
 }
 
 const Row connection_rows[] = {
