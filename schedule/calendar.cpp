@@ -14,13 +14,6 @@ constexpr std::size_t longest_text = 50;
 /// Steps after which `my_mktime` gives up: four days, so an hour that exists was met long before.
 constexpr int most_steps = 100;
 
-/// `localtime` and not `localtime_r`, which need not notice that `TZ` or the zone file has changed.
-std::tm local_time(std::int64_t seconds) {
-  const auto t = static_cast<std::time_t>(seconds);
-  const std::tm* local = std::localtime(&t);
-  return local == nullptr ? std::tm{} : *local;
-}
-
 /// Takes the whole `size`s out of `low` and adds them to `high`.
 void carry(std::int64_t& low, std::int64_t size, std::int64_t& high) {
   high += low / size;
@@ -88,6 +81,13 @@ int number(const std::string& piece) {
 }
 
 }  // namespace
+
+std::tm local_time(std::int64_t seconds) {
+  const auto t = static_cast<std::time_t>(seconds);
+  // `localtime_r` need not notice that `TZ` or the zone file has changed.
+  const std::tm* local = std::localtime(&t);
+  return local == nullptr ? std::tm{} : *local;
+}
 
 std::int32_t totalsec(int year, int month, int day, int hour, int minute, int second) {
   const std::int64_t seconds = wide_totalsec(year, month, day, hour, minute, second);

@@ -15,6 +15,10 @@ inline constexpr std::int8_t Days[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31,
 /// Days of a common year before the first of each month.
 inline constexpr std::int32_t YDays[12] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
 
+/// The local time at `seconds` since 1970, all zero where that cannot be counted. A change of `TZ`
+/// or of the zone file counts at once.
+std::tm local_time(std::int64_t seconds);
+
 /// The seconds from 1970-01-01 00:00 to the given date and time, both on the same clock, so without
 /// a time zone; one hour less while daylight saving time is in force at this very moment, whatever
 /// the date. `year` counts from 1900, `month` and `day` from 0. Values past their range carry

@@ -1,9 +1,11 @@
 #include "schedule/schedule_texts.h"
 
+#include <cstdint>
 #include <iterator>
 
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
+#include "schedule/calendar.h"
 #include "tui/columns.h"
 #include "ups/ups_line.h"
 
@@ -20,22 +22,10 @@ bool known_action(const ScheduleEntry& entry) {
   return entry.action >= 1 && entry.action <= os_shutdown;
 }
 
-std::tm local_time(const ScheduleEntry& entry) {
-  const std::time_t seconds = entry.time;
-  const std::tm* local = std::localtime(&seconds);
-  return local == nullptr ? std::tm{} : *local;
-}
-
 /// A day from a file may be any byte: the text with that number exists, whatever it says.
 const char* weekday(const ScheduleEntry& entry) {
   static_assert(text::weekday_first + UINT8_MAX < text_count);
   return LangText[text::weekday_first + entry.day];
-}
-
-std::string three_characters(std::string_view word) {
-  std::size_t used = 0;
-  for (int i = 0; i < 3; ++i) used += first_character(word.substr(used)).size();
-  return std::string(word.substr(0, used));
 }
 
 std::string date(const std::tm& at) {
@@ -59,7 +49,7 @@ std::string schedule_action(const ScheduleEntry& entry) {
 }
 
 std::string schedule_short_time(const ScheduleEntry& entry) {
-  const std::tm at = local_time(entry);
+  const std::tm at = local_time(entry.time);
   const int hour = at.tm_hour;
   const int minute = at.tm_min;
   switch (entry.type) {
@@ -68,7 +58,8 @@ std::string schedule_short_time(const ScheduleEntry& entry) {
     case daily:
       return format("[D - %02d:%02d]", hour, minute);
     case weekly:
-      return format("[W - %s - %02d:%02d]", three_characters(weekday(entry)).c_str(), hour, minute);
+      return format("[W - %s - %02d:%02d]",
+                    std::string(first_characters(weekday(entry), 3)).c_str(), hour, minute);
     case monthly:
       return format("[M - %d - %02d:%02d]", entry.day, hour, minute);
     default:
@@ -77,7 +68,7 @@ std::string schedule_short_time(const ScheduleEntry& entry) {
 }
 
 std::string schedule_time(const ScheduleEntry& entry) {
-  const std::tm at = local_time(entry);
+  const std::tm at = local_time(entry.time);
   const int hour = at.tm_hour;
   const int minute = at.tm_min;
   switch (entry.type) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <ctime>
 #include <string>
 
 #include "config/record.h"

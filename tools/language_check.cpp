@@ -174,9 +174,7 @@ void check_together(LanguageFile& file) {
   std::map<std::string, int> days;
   for (int day = text::weekday_first; day < text::weekday_first + 7; ++day) {
     const std::string name = file.text(day);
-    std::string shown;
-    for (int i = 0; i < 3; ++i)
-      shown += first_character(std::string_view(name).substr(shown.size()));
+    const std::string shown(first_characters(name, 3));
     const auto [other, fresh] = days.emplace(shown, day);
     if (fresh || shown.empty()) continue;
     file.note_text(day, format("begins with the same three characters as text %d, and the list of "

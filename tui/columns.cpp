@@ -1,7 +1,6 @@
 #include "tui/columns.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
 
 namespace {
@@ -77,6 +76,12 @@ bool within(char32_t letter, char32_t first, char32_t last) {
 
 std::string_view first_character(std::string_view text) {
   return text.empty() ? text : text.substr(0, decode(text).bytes);
+}
+
+std::string_view first_characters(std::string_view text, int count) {
+  std::size_t used = 0;
+  for (int i = 0; i < count; ++i) used += first_character(text.substr(used)).size();
+  return text.substr(0, used);
 }
 
 int columns(std::string_view text) {

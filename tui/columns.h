@@ -11,6 +11,9 @@
 /// The bytes of the first character of `text`, none for an empty text.
 std::string_view first_character(std::string_view text);
 
+/// The first `count` characters of `text`, or all that there are.
+std::string_view first_characters(std::string_view text, int count);
+
 /// The columns that `text` takes: two for wide East Asian characters (Unicode Standard Annex 11: W
 /// and F), none for combining marks, one for any other character.
 int columns(std::string_view text);
