@@ -55,7 +55,6 @@ int run(const char* program) {
     FreeText();
     return fail("\n\rCannot load language strings file !", 5);
   }
-  copy_record(INI1, INI);
   main_menu();
   if (DataChanged != 0) ask_and_save();
   print("\n\r");

@@ -57,8 +57,6 @@ class Configuration {
   const std::vector<std::string>& files() const { return files_; }
 
   void count_lines(benchmark::State& state) const {
-    state.counters["files"] = static_cast<double>(files_.size());
-    state.counters["lines"] = lines_;
     state.counters["per_line"] = benchmark::Counter(
         lines_, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
   }

@@ -2,7 +2,6 @@
    and the arrow that they move in one write. Enter leaves it. */
 
 #include <stdio.h>
-#include <string.h>
 #include <termios.h>
 #include <unistd.h>
 

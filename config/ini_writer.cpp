@@ -1,6 +1,7 @@
 #include "config/ini_writer.h"
 
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 
 #include "config/replace_file.h"

@@ -15,9 +15,13 @@
 #include "schedule/encoding.h"
 #include "tui/diag.h"
 
-// Aligned to pages, so that unused pages of the one match those of the other.
-alignas(4096) Record INI = {};
-alignas(4096) Record INI1 = {};
+namespace {
+constexpr std::size_t page_size = 4096;
+}
+
+// Aligned, so that unused pages of the one match those of the other.
+alignas(page_size) Record INI = {};
+alignas(page_size) Record INI1 = {};
 std::int32_t DataChanged = 0;
 
 namespace {
@@ -43,8 +47,6 @@ int save(const Writer& writer) {
     return ENOMEM;
   }
 }
-
-constexpr std::size_t page_size = 4096;
 
 void clear_record(Record& record) {
   static constexpr char zeros[page_size] = {};

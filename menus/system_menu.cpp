@@ -1,10 +1,8 @@
 #include "menus/system_menu.h"
 
-#include "lang/lang_text.h"
 #include "lang/language_choice.h"
 #include "menus/network_menu.h"
 #include "menus/screen_kit.h"
-#include "tui/editors.h"
 
 namespace {
 

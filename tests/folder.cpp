@@ -1,6 +1,5 @@
 #include "tests/folder.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>

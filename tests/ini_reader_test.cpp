@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
-#include <sstream>
 
 #include "config/families.h"
 #include "tests/tables.h"

@@ -26,6 +26,8 @@ namespace {
 volatile std::sig_atomic_t held = 0;     // the terminal is in one of our modes, in our colours
 volatile std::sig_atomic_t resumed = 0;  // the mode may have been changed while we were stopped
 
+Mode wanted = Mode::as_found;  // by the menu or the editor that is to be run
+
 // A screen is 2 to 3 KiB. What exceeds this are arrow moves, which no redraw needs.
 constexpr std::size_t longest_screen = 32768;
 
@@ -215,8 +217,8 @@ void restore_terminal() {
   if (terminal.present && !background) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
 }
 
-void single_key_mode() { terminal.wanted = Mode::single_key; }
-void line_mode() { terminal.wanted = Mode::line; }
+void single_key_mode() { wanted = Mode::single_key; }
+void line_mode() { wanted = Mode::line; }
 
 int terminal_rows() {
   winsize size = {};
@@ -227,7 +229,7 @@ int terminal_rows() {
 
 void pause_us(long microseconds) {
   take_again();
-  if (terminal.wanted == Mode::single_key) apply(Mode::single_key);
+  if (wanted == Mode::single_key) apply(Mode::single_key);
   flush();
   timespec now;
   clock_gettime(CLOCK_MONOTONIC, &now);

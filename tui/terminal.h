@@ -69,10 +69,9 @@ Key read_key();
 
 /// Waits for the next byte of a line that the operator ends with Enter. Keys typed before line mode
 /// began are taken in first and shown; such a line is echoed and corrected here, by the editing
-/// characters of the terminal, since its driver cannot take these keys back. A
-/// screen that has to be redrawn meanwhile is repeated, with what has been typed. The end of the
-/// input ends the program as with `read_key`; the end-of-file character of a terminal ends an
-/// empty line.
+/// characters of the terminal, since its driver cannot take these keys back. A screen that has to
+/// be redrawn meanwhile is repeated, with what has been typed. The end of the input ends the
+/// program as with `read_key`; the end-of-file character of a terminal ends an empty line.
 char read_line_byte();
 
 /// Sends the output and waits. Less than the time of one microsecond is not waited for.

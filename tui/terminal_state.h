@@ -12,7 +12,6 @@ enum class Mode { as_found, single_key, line };
 struct Terminal {
   termios found;         // as at the start
   bool present = false;  // standard input is a terminal
-  Mode wanted = Mode::as_found;
   Mode applied = Mode::as_found;
 };
 extern Terminal terminal;
