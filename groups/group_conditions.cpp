@@ -2,7 +2,6 @@
 
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
-#include "tui/terminal.h"
 
 namespace {
 
@@ -42,7 +41,6 @@ constexpr int second_page_types = 13;
 
 template <int types_before>
 void print_type(const Subject&, int item) {
-  constexpr int number_columns = 11;
   print_list_number(types_before + item);
   print_cut(type_name(static_cast<unsigned>(types_before + item)), number_columns);
 }
@@ -189,11 +187,10 @@ const Screen condition_screen{.start_row = 2, .title = text::group_event, .rows 
 // --- The list of the conditions -----------------------------------------------------------------
 
 void print_condition(const Subject& s, int item) {
-  constexpr int number_columns = 10;
   std::string line;
   fill_gr_event_name(s.index, s.event, item - 1, line);
-  print("      %d - ", item);
-  print_value(line, number_columns);
+  print_list_number(item, short_number_columns);
+  print_value(line, short_number_columns);
 }
 
 int open_condition(const Subject& s, int item) {

@@ -24,7 +24,6 @@ Subject event_on(const Subject& page, int item) {
 }
 
 void print_event_line(const Subject& page, int item) {
-  constexpr int number_columns = 11;
   constexpr int line_columns = 50;
   const Subject s = event_on(page, item);
   print_list_number(s.event + 1);
@@ -89,29 +88,20 @@ int delete_event(const Subject& s, int) {
   return 0;
 }
 
-Row action_row(const char* lead, const JobAction& action) {
-  return {.act = Act::flag,
-          .lead = lead,
-          .label = action.label,
-          .field = action.flag,
-          .toggle = [](const Subject&) {},
-          .enter = edit_action};
-}
-
 const Row event_rows[] = {
     {.act = Act::open,
      .lead = "       1 - ",
      .label = text::conditions,
      .open = [](const Subject& s) { group_job_param_new(s.index, s.event); }},
     {},
-    action_row("       2 - ", job_actions[0]),
-    action_row("       3 - ", job_actions[1]),
-    action_row("       4 - ", job_actions[2]),
-    action_row("       5 - ", job_actions[3]),
-    action_row("       6 - ", job_actions[4]),
-    action_row("       7 - ", job_actions[5]),
-    action_row("       8 - ", job_actions[6]),
-    action_row("       9 - ", job_actions[7]),
+    action_row("       2 - ", 0, edit_action),
+    action_row("       3 - ", 1, edit_action),
+    action_row("       4 - ", 2, edit_action),
+    action_row("       5 - ", 3, edit_action),
+    action_row("       6 - ", 4, edit_action),
+    action_row("       7 - ", 5, edit_action),
+    action_row("       8 - ", 6, edit_action),
+    action_row("       9 - ", 7, edit_action),
     {.act = Act::text, .lead = "      10 - ", .label = text::message, .field = FIELD(Job, Message)},
     {},
     {.act = Act::open, .lead = "      11 - ", .label = text::delete_entry, .enter = delete_event},

@@ -2,23 +2,16 @@
 
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
-#include "tui/terminal.h"
 #include "ups/ups_line.h"
 
 namespace {
-
-constexpr int number_columns = 10;       // in front of a member
-constexpr int slot_number_columns = 11;  // in front of a UPS
 
 /// A member: the slot of a UPS plus one, or 0.
 std::uint16_t& member_of(const Subject& s) { return INI1.group[s.index].UPS[s.part]; }
 
 // --- The choice of a UPS ------------------------------------------------------------------------
 
-void print_slot(const Subject&, int item) {
-  print_list_number(item);
-  print_value(ups_line(item - 1, LinkValues::saved), slot_number_columns);
-}
+void print_slot(const Subject&, int item) { print_ups_line(item, LinkValues::saved); }
 
 /// A free slot is no choice: the member stays.
 int choose_slot(const Subject& s, int item) {
@@ -47,12 +40,12 @@ const Screen ups_screen{.start_row = compact,
 
 /// A member whose UPS has lost its name shows no name, unlike a place without a member.
 void print_member(const Subject& s, int item) {
-  print("      %d - ", item);
+  print_list_number(item, short_number_columns);
   const int number = INI1.group[s.index].UPS[item - 1];
   if (number == 0)
-    print_value(LangText[text::unused], number_columns);
+    print_value(LangText[text::unused], short_number_columns);
   else if (number <= ups_count)
-    print_value(INI1.ups[number - 1].Name.view(), number_columns);
+    print_value(INI1.ups[number - 1].Name.view(), short_number_columns);
 }
 
 int open_member(const Subject& s, int item) {

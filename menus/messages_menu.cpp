@@ -56,7 +56,6 @@ void print_recipient(const Subject&, int item) {
     put(LangText[text::unused]);
     return;
   }
-  constexpr int number_columns = 11;
   constexpr int name_columns = 20;
   int used = number_columns;
   print_labelled(text::name, recipient.Name.view(), name_columns, used);

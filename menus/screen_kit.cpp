@@ -166,7 +166,9 @@ void run_screen(const Screen& screen, const Subject& subject, int selected) {
   run_menu(menu, selected);
 }
 
-void print_list_number(int number) { print(number < 10 ? "       %d - " : "      %d - ", number); }
+void print_list_number(int number, int columns) {
+  print("%*d - ", columns - static_cast<int>(sizeof " - " - 1), number);
+}
 
 void print_cut(std::string_view text, int used) {
   // The last column stays free: some terminals break the line as soon as it is written.

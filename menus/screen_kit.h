@@ -104,9 +104,13 @@ void print_screen(const Screen& screen, const Subject& subject, int selected);
 /// Runs a screen until an item leaves it.
 void run_screen(const Screen& screen, const Subject& subject = {}, int selected = 1);
 
-/// The number of a line of a list in front of its text, with as many blanks before it that numbers
-/// of one and of two digits stand below each other.
-void print_list_number(int number);
+/// The columns of the number of a line, in a list of up to nine lines and in a longer one.
+constexpr int short_number_columns = 10;
+constexpr int number_columns = 11;
+
+/// Prints the number of a line of a list in front of its text, so that the numbers of all lines end
+/// below each other.
+void print_list_number(int number, int columns = number_columns);
 
 /// Prints a text behind `used` columns of its line, cut so that the line ends within 80 columns.
 void print_cut(std::string_view text, int used);

@@ -127,6 +127,17 @@ Screen screen_of(const std::vector<Row>& lines) {
 
 }  // namespace
 
+Row action_row(const char* lead, int action, int (*enter)(const Subject&, int item),
+               bool (*live)(const Subject&)) {
+  return {.act = Act::flag,
+          .lead = lead,
+          .label = job_actions[action].label,
+          .field = job_actions[action].flag,
+          .live = live,
+          .toggle = [](const Subject&) {},
+          .enter = enter};
+}
+
 int action_items(int action) {
   const JobAction& fields = action_at(action);
   return exists(fields.file) ? 4 : exists(fields.interval) ? 3 : exists(fields.delay) ? 2 : 0;

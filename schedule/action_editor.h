@@ -21,6 +21,11 @@ constexpr int action_count = 8;
 /// The actions that are edited, in the order of their texts. Fax and voice have no editor.
 extern const JobAction job_actions[action_count];
 
+/// The row of action `action` on the screen of a job, with its switch. Enter does `enter`, which
+/// opens the editor: the action is switched there.
+Row action_row(const char* lead, int action, int (*enter)(const Subject&, int item),
+               bool (*live)(const Subject&) = nullptr);
+
 /// How many items an action has for its editor: 1 the switch, 2 also a delay, 3 an interval, 4 a
 /// program file. 0 for a number that is no action.
 int action_items(int action);

@@ -100,7 +100,7 @@ const Screen jobs_screen{.start_row = 2, .title = text::jobs_title, .rows = jobs
 /// The name of the event, and a letter for each action: red for those that are off.
 void print_job_line(const Subject& first, int item) {
   constexpr int name_columns = 40;
-  constexpr int other_columns = 12 + 5 + 2 + action_count;  // the number, a gap, the brackets
+  constexpr int other_columns = number_columns + 5 + 2 + action_count;  // a gap, the brackets
   const int event = first.index + item - 1;
   std::string name = LangText[text::event_first + event];
   print_list_number(item);
@@ -150,25 +150,15 @@ int skip_four_going_up(const Subject& s, int from, int to) {
   return from == 6 && to < from && !can_shut_down(s) ? 3 : to;
 }
 
-Row action_row(const char* lead, const JobAction& action, bool (*live)(const Subject&) = nullptr) {
-  return {.act = Act::flag,
-          .lead = lead,
-          .label = action.label,
-          .field = action.flag,
-          .live = live,
-          .toggle = [](const Subject&) {},
-          .enter = edit_action};
-}
-
 const Row job_rows[] = {
-    action_row("       1 - ", job_actions[0]),
-    action_row("       2 - ", job_actions[1]),
-    action_row("       3 - ", job_actions[2]),
-    action_row("       4 - ", job_actions[3]),
-    action_row("       5 - ", job_actions[4], can_shut_down),
-    action_row("       6 - ", job_actions[5]),
-    action_row("       7 - ", job_actions[6]),
-    action_row("       8 - ", job_actions[7]),
+    action_row("       1 - ", 0, edit_action),
+    action_row("       2 - ", 1, edit_action),
+    action_row("       3 - ", 2, edit_action),
+    action_row("       4 - ", 3, edit_action),
+    action_row("       5 - ", 4, edit_action, can_shut_down),
+    action_row("       6 - ", 5, edit_action),
+    action_row("       7 - ", 6, edit_action),
+    action_row("       8 - ", 7, edit_action),
     {.act = Act::text, .lead = "       9 - ", .label = text::message, .field = FIELD(Job, Message)},
     {},
     {.act = Act::open,

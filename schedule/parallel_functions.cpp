@@ -12,7 +12,6 @@ bool groups_enabled(const Subject&) { return INI1.system.EnabledGroups != 0; }
 
 /// Every group looks unused here, whatever its name; the number alone tells them apart.
 void print_group_line(const Subject&, int item) {
-  constexpr int number_columns = 12;
   print_list_number(item);
   print_value(LangText[text::unused], number_columns);
 }

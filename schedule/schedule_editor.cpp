@@ -1,6 +1,5 @@
 #include "schedule/schedule_editor.h"
 
-#include <functional>
 #include <iterator>
 #include <string_view>
 
@@ -9,50 +8,10 @@
 #include "schedule/calendar.h"
 #include "schedule/schedule_texts.h"
 #include "tui/editors.h"
-#include "tui/menu.h"
 #include "tui/terminal.h"
 #include "ups/ups_line.h"
 
 namespace {
-
-constexpr int arrow_column = 3;
-
-// --- Choosers -----------------------------------------------------------------------------------
-
-/// Lets the operator choose one of `count` lines and returns its number, from 1 on.
-int choose(int start_row, text::Id title, int count, const std::function<void(int)>& print_item) {
-  int chosen = 0;
-  const int base = arrow_base(start_row);
-  Menu menu;
-  menu.last = [=] { return count; };
-  menu.selectable = [](int) { return true; };
-  menu.draw = [&](int selected) {
-    print_frame(start_row, LangText[title]);
-    for (int item = 1; item <= count; ++item) {
-      put("\n\r");
-      print_item(item);
-    }
-    print_frame_end(start_row, base + count);
-    print_arrow(selected, arrow_column, base);
-  };
-  menu.move = [=](int from, int to) { move_arrow(from, to, arrow_column, base); };
-  menu.enter = [&](int item) {
-    chosen = item;
-    return 0;
-  };
-  run_menu(menu);
-  return chosen;
-}
-
-int choose_text(text::Id title, int count, text::Id (*label)(int item)) {
-  constexpr int number_columns = 10;
-  return choose(2, title, count, [label](int item) {
-    print("      %d - ", item);
-    print_cut(LangText[label(item)], number_columns);
-  });
-}
-
-// --- The items ----------------------------------------------------------------------------------
 
 ScheduleEntry& entry_of(const Subject& subject) { return INI1.schedule[subject.index]; }
 
@@ -63,33 +22,64 @@ int delete_schedule(const Subject& subject, int) {
   return 0;
 }
 
-void choose_schedule_ups(const Subject& subject) {
-  constexpr int number_columns = 11;
-  const int slot = choose(0, text::choose_ups, ups_count,
-                          [](int item) {
-                            print_list_number(item);
-                            print_value(ups_line(item - 1, LinkValues::edited), number_columns);
-                          }) -
-                   1;
-  if (ups_in_use(slot)) entry_of(subject).ups = static_cast<std::uint16_t>(slot);
+// --- Choosers: lists without a way back, which are left by choosing ------------------------------
+
+void print_ups_choice(const Subject&, int item) { print_ups_line(item, LinkValues::edited); }
+
+/// A free slot is no choice: the UPS stays.
+int choose_ups(const Subject& subject, int item) {
+  if (ups_in_use(item - 1)) entry_of(subject).ups = static_cast<std::uint16_t>(item - 1);
+  return 0;
 }
 
-void choose_schedule_action(const Subject& subject) {
-  entry_of(subject).action =
-      static_cast<std::uint8_t>(choose_text(text::schedule_action, std::ssize(offered_actions),
-                                            [](int item) { return offered_actions[item - 1]; }));
+const Screen ups_chooser{.start_row = 0,
+                         .title = text::choose_ups,
+                         .listed = ups_count,
+                         .list_line = print_ups_choice,
+                         .list_enter = choose_ups};
+
+void print_choice(int item, text::Id label) {
+  print_list_number(item, short_number_columns);
+  print_cut(LangText[label], short_number_columns);
 }
 
-void choose_weekday(ScheduleEntry& entry) {
-  constexpr int days = 7;
-  const int day = choose_text(text::choose_day, days, [](int item) {
-    return static_cast<text::Id>(text::weekday_first + item - 1);
-  });
-  entry.day = static_cast<std::uint8_t>(day - 1);
+void print_action_choice(const Subject&, int item) {
+  print_choice(item, offered_actions[item - 1]);
 }
+
+int choose_action(const Subject& subject, int item) {
+  entry_of(subject).action = static_cast<std::uint8_t>(item);
+  return 0;
+}
+
+const Screen action_chooser{.start_row = 2,
+                            .title = text::schedule_action,
+                            .listed = std::size(offered_actions),
+                            .list_line = print_action_choice,
+                            .list_enter = choose_action};
+
+void print_weekday_choice(const Subject&, int item) {
+  print_choice(item, static_cast<text::Id>(text::weekday_first + item - 1));
+}
+
+int choose_weekday(const Subject& subject, int item) {
+  entry_of(subject).day = static_cast<std::uint8_t>(item - 1);
+  return 0;
+}
+
+const Screen weekday_chooser{.start_row = 2,
+                             .title = text::choose_day,
+                             .listed = 7,
+                             .list_line = print_weekday_choice,
+                             .list_enter = choose_weekday};
+
+// --- The time: first how often, then when --------------------------------------------------------
+
+void ask_weekday(const Subject& subject) { run_screen(weekday_chooser, subject); }
 
 /// Asks on the screen of the time, below it.
-void ask_day_of_month(ScheduleEntry& entry) {
+void ask_day_of_month(const Subject& subject) {
+  ScheduleEntry& entry = entry_of(subject);
   print("\n\r%s [1-31] : ", LangText[text::choose_day]);
   print_escapeseq(show_cursor);
   {
@@ -105,13 +95,13 @@ struct Repetition {
   text::Id name;
   text::Id hint;
   std::int32_t (*parse)(std::string_view typed);
-  void (*ask_day)(ScheduleEntry& entry);
+  void (*ask_day)(const Subject& subject);
 };
 
 constexpr Repetition repetitions[] = {
     {text::once, text::once_hint, check_datetime, nullptr},
     {text::daily, text::time_hint, check_time, nullptr},
-    {text::weekly, text::time_hint, check_time, choose_weekday},
+    {text::weekly, text::time_hint, check_time, ask_weekday},
     {text::monthly, text::time_hint, check_time, ask_day_of_month},
 };
 
@@ -134,17 +124,26 @@ std::int32_t ask_time(const Repetition& repetition) {
   }
 }
 
-void choose_schedule_time(const Subject& subject) {
-  const int type = choose_text(text::schedule_time, std::ssize(repetitions),
-                               [](int item) { return repetitions[item - 1].name; });
-  const Repetition& repetition = repetitions[type - 1];
+void print_repetition(const Subject&, int item) { print_choice(item, repetitions[item - 1].name); }
+
+int choose_repetition(const Subject& subject, int item) {
+  const Repetition& repetition = repetitions[item - 1];
   const std::int32_t time = ask_time(repetition);
-  if (time == 0) return;
+  if (time == 0) return 0;
   ScheduleEntry& entry = entry_of(subject);
   entry.time = time;
-  entry.type = static_cast<std::uint8_t>(type);
-  if (repetition.ask_day != nullptr) repetition.ask_day(entry);
+  entry.type = static_cast<std::uint8_t>(item);
+  if (repetition.ask_day != nullptr) repetition.ask_day(subject);
+  return 0;
 }
+
+const Screen repetition_chooser{.start_row = 2,
+                                .title = text::schedule_time,
+                                .listed = std::size(repetitions),
+                                .list_line = print_repetition,
+                                .list_enter = choose_repetition};
+
+// --- The screen ----------------------------------------------------------------------------------
 
 const Row schedule_rows[] = {
     {.act = Act::open, .lead = "      1 - ", .label = text::delete_entry, .enter = delete_schedule},
@@ -152,17 +151,17 @@ const Row schedule_rows[] = {
      .lead = "      2 - ",
      .label = text::ups_name,
      .value = [](const Subject& subject) { return schedule_ups(entry_of(subject)); },
-     .open = choose_schedule_ups},
+     .open = [](const Subject& subject) { run_screen(ups_chooser, subject); }},
     {.act = Act::custom,
      .lead = "      3 - ",
      .label = text::schedule_action,
      .value = [](const Subject& subject) { return schedule_action(entry_of(subject)); },
-     .open = choose_schedule_action},
+     .open = [](const Subject& subject) { run_screen(action_chooser, subject); }},
     {.act = Act::custom,
      .lead = "      4 - ",
      .label = text::schedule_time,
      .value = [](const Subject& subject) { return schedule_time(entry_of(subject)); },
-     .open = choose_schedule_time},
+     .open = [](const Subject& subject) { run_screen(repetition_chooser, subject); }},
     {},
     {.act = Act::back, .lead = "      0 - ", .label = text::back},
 };

@@ -69,7 +69,6 @@ void upcoming_actions(const Subject&) {
 // --- The list -----------------------------------------------------------------------------------
 
 void print_schedule_line(const Subject&, int item) {
-  constexpr int number_columns = 11;
   constexpr int name_columns = 16;
   constexpr int column = 25;
   const ScheduleEntry& entry = INI1.schedule[item - 1];

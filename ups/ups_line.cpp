@@ -35,14 +35,20 @@ std::string link(int slot, LinkValues rfc1628) {
   }
 }
 
-}  // namespace
-
-std::string ups_line(int slot, LinkValues rfc1628) {
+/// What stands behind the number of a slot.
+std::string described(int slot, LinkValues rfc1628) {
   if (!ups_in_use(slot)) return LangText[text::unused];
   std::string name = shown(INI1.ups[slot].Name);
   std::string model = ups_model(slot);
   return dopln(name, name_columns, " ") + " " + dopln(model, model_columns, " ") + " " +
          link(slot, rfc1628);
+}
+
+}  // namespace
+
+void print_ups_line(int item, LinkValues rfc1628) {
+  print_list_number(item);
+  print_value(described(item - 1, rfc1628), number_columns);
 }
 
 std::string ups_model(int slot) {

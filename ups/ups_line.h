@@ -13,9 +13,9 @@ enum Link : std::uint16_t { serial_link = 0, snmp_link = 2, tcp_ip_link = 3, rfc
 /// edited.
 enum class LinkValues { saved, edited };
 
-/// What stands behind the number of a slot, 0 to 15: name, model and link in columns, or text 335
-/// for a free slot.
-std::string ups_line(int slot, LinkValues rfc1628);
+/// Prints line `item`, 1 to 16, of a list of all slots: its number, then name, model and link in
+/// columns, or text 335 for a free slot.
+void print_ups_line(int item, LinkValues rfc1628);
 
 /// The model of a UPS: its type code when that decodes, otherwise text 249.
 std::string ups_model(int slot);

@@ -7,12 +7,7 @@
 
 namespace {
 
-constexpr int number_columns = 11;  // in front of the text of a slot
-
-void print_slot(const Subject&, int item) {
-  print_list_number(item);
-  print_value(ups_line(item - 1, LinkValues::saved), number_columns);
-}
+void print_slot(const Subject&, int item) { print_ups_line(item, LinkValues::saved); }
 
 int open_slot(const Subject&, int item) {
   ups_param(item - 1);
