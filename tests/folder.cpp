@@ -93,8 +93,6 @@ std::string Folder::read(std::string_view name) const {
   return read_file(path(name));
 }
 
-bool Folder::has(std::string_view name) const { return fs::exists(path(name)); }
-
 void Folder::remove(std::string_view name) const { fs::remove_all(path(name)); }
 
 Folder::Files Folder::files() const {

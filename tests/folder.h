@@ -47,7 +47,6 @@ class Folder {
 
   void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program
   std::string read(std::string_view name) const;  // throws when there is no such file
-  bool has(std::string_view name) const;
   void remove(std::string_view name) const;
 
   /// Everything in the folder but the program and the language files: compare two of these to learn

@@ -14,6 +14,17 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
 }
 
+/// The parts of a text without the blanks around them.
+std::vector<std::string> split(std::string_view text, std::string_view separator) {
+  std::vector<std::string> parts;
+  while (true) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(trimmed(text.substr(0, end)));
+    if (end == std::string_view::npos) return parts;
+    text.remove_prefix(end + separator.size());
+  }
+}
+
 std::string repeated(std::string line) {
   static const std::regex times("(.)\\{([0-9]+)\\}");
   for (std::smatch found; std::regex_search(line, found, times);) {
@@ -48,16 +59,6 @@ std::vector<Table> read_tables(std::string_view name) {
 }
 
 std::vector<Line> read_table(std::string_view name) { return read_tables(name)[0].lines; }
-
-std::vector<std::string> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string> parts;
-  while (true) {
-    const std::size_t end = text.find(separator);
-    parts.push_back(trimmed(text.substr(0, end)));
-    if (end == std::string_view::npos) return parts;
-    text.remove_prefix(end + separator.size());
-  }
-}
 
 std::string keys(std::string text) {
   static const std::pair<const char*, const char*> names[] = {{"<Enter>", "\r"},

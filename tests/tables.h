@@ -25,9 +25,6 @@ struct Table {
 std::vector<Table> read_tables(std::string_view name);
 std::vector<Line> read_table(std::string_view name);  // the first one alone
 
-/// The parts of a cell without the blanks around them.
-std::vector<std::string> split(std::string_view text, std::string_view separator);
-
 /// A text with names of keys as it is typed: "Sam<Enter><Esc>".
 std::string keys(std::string text);
 

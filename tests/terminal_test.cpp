@@ -89,43 +89,21 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   }
 }
 
-/// As under a status line: the screen has scrolled, and the arrow must not name another UPS.
-TEST(Terminal, ShowsTheArrowBesideItsItemWhereRowsAreMissing) {
-  const Folder folder;
-  Operator op(folder, {.rows = 23});
-  op.choose("2");
-  const auto arrow_row = [&] { return op.row(op.arrow()); };
-  for (const int rows : {23, 20, 24}) {
-    op.resize(rows, 80);
-    op.down();
-    op.up();
-    EXPECT_EQ(op.arrow(), rows - 20);
-    EXPECT_TRUE(rows == 20 || arrow_row().starts_with("  -->  1 - ")) << op.screen();
-    op.down(3);
-    EXPECT_TRUE(arrow_row().starts_with("  -->  4 - ")) << op.screen();
-    op.up(3);
-  }
-}
-
 /// Under a shell, which has modes of its own while it edits a line. Started in the background, the
 /// run must not keep those; and a shell that is the run's parent may stop before the run does.
 TEST(Terminal, IsTakenWhenTheShellBringsTheRunToTheForeground) {
-  struct Case {
-    const char* start;
-    const char* shown;  // then, before the next keys
-    const char* stop;
-  };
-  const Case cases[] = {
+  constexpr const char* cases[][3] = {
+      // the command, what is shown then, the keys after that
       {"./harrier &\r", "[1]", ""},
       {"sh -c './harrier; true'\r", "0 - Leave this menu", "\x1a"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.start);
+  for (const auto& [start, shown, stop] : cases) {
+    SCOPED_TRACE(start);
     const Folder folder;
     Operator op(folder, {.name = "bash", .environment = {{"HOME", folder.path()}}});
-    op.type(c.start);
-    op.expect(c.shown);
-    op.type(c.stop);
+    op.type(start);
+    op.expect(shown);
+    op.type(stop);
     op.expect("[1]");  // the shell tells that it has a job
     op.type("printf '\\33[2J'; fg\r");
     op.expect("0 - Leave this menu");
@@ -186,15 +164,12 @@ TEST(Terminal, EndsTheRunWhereThePipeEnds) {
   }
 }
 
-TEST(Terminal, GetsEveryScreenInOneWrite) {
+TEST(Terminal, GetsNothingButTheArrowWhenItMoves) {
   const Folder folder;
   Operator op(folder);
   const std::size_t before = op.output().size();
   op.down();
   EXPECT_EQ(op.output().substr(before), "\x1b[11;03H   \x1b[12;03H-->");
-  const std::size_t moved = op.output().size();
-  op.enter();
-  EXPECT_EQ(op.output().substr(moved, 12), "\x1b[2J\x1b[01;00H");
 }
 
 }  // namespace

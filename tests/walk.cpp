@@ -177,6 +177,7 @@ void Walk::keep(const std::string& values, bool alone) {
 void Walk::finish() {
   go_home();
   EXPECT_EQ(op_->quit(saves_ ? "y" : ""), saves_ ? 1 : 0);
+  EXPECT_TRUE(op_->echo() && op_->canonical() && op_->cursor_visible());
   Folder::Files files = folder_->files();
   for (const Value& v : kept_) {
     const std::string found = ini_value(files[v.file], v.section, v.key);
