@@ -105,11 +105,10 @@ void load_section(LineReader& file) {
 
 /// The monitoring agent and the sibling program take some of their texts from tables of their own.
 void fill_tables() {
-  constexpr int first_status = 80;
-  for (int i = 0; i < 20; ++i) {
-    std::snprintf(sys_mess[i], sizeof sys_mess[i], "%s", LangText[first_status + i]);
-  }
-  for (int i = 0; i < 50; ++i) std::snprintf(LM[i], sizeof LM[i], "%s", LangText[1 + i]);
+  int number = 80;
+  for (auto& text : sys_mess) std::snprintf(text, sizeof text, "%s", LangText[number++]);
+  number = 1;
+  for (auto& text : LM) std::snprintf(text, sizeof text, "%s", LangText[number++]);
   const std::size_t used = std::strlen(LM[0]);
   std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version 5.3.0");
 }

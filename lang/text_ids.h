@@ -4,8 +4,10 @@
 
 /// The numbers of the texts in a language file, by name: screens write LangText[text::yes].
 /// A number is the same text in every language and never changes its meaning, because languages
-/// are added by people who see only the numbers. Some texts serve two screens; where they do, a
-/// comment says so, and a translation has to fit both. Gaps are numbers that no screen uses.
+/// are added by people who see little more than the numbers: the check of their files reads this
+/// header and tells the name of a text, so those that no screen writes have one too. Some texts
+/// serve two screens; where they do, a comment says so, and a translation has to fit both. Gaps are
+/// numbers that no screen uses.
 namespace text {
 
 enum Id : std::uint16_t {

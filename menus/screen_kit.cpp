@@ -60,7 +60,7 @@ bool is_on(const Row& row, const void* entry, const Subject& subject) {
 std::string value_of(const Row& row, const void* entry, const Subject& subject) {
   if (row.value != nullptr) return row.value(subject);
   if (row.act == Act::text) return std::string(text_at(row.field, entry));
-  return format(row.number_form + sizeof value_gap - 1, number_at(row.field, entry));
+  return format("%u", number_at(row.field, entry));
 }
 
 void print_row(const Row& row, const void* entry, const Subject& subject) {
@@ -116,8 +116,7 @@ int enter_row(const Screen& screen, const Subject& subject, int item) {
       break;
     case Act::number:
       set_number_at(row->field, entry,
-                    edit_number(row->label, number_at(row->field, entry), row->low, row->high,
-                                row->number_form + sizeof value_gap - 1, row->prompt_form));
+                    edit_number(row->label, number_at(row->field, entry), row->low, row->high));
       break;
     case Act::flag:
       toggle(*row, entry, subject);
@@ -241,12 +240,12 @@ void edit_text_field(text::Id label, char* bytes, std::size_t size) {
 }
 
 unsigned edit_number(text::Id label, unsigned current, unsigned low, unsigned high,
-                     const char* number_form, const char* prompt_form) {
-  begin_entry(label, format(number_form, current));
+                     const char* prompt_end) {
+  begin_entry(label, format("%u", current));
   unsigned number;
   {
     const LineMode lines;
-    print(prompt_form, LangText[text::new_value], low, high);
+    print("\n\r%s [%u-%u]%s", LangText[text::new_value], low, high, prompt_end);
     print_escapeseq(value);
     number = get_int1(static_cast<std::uint16_t>(low), static_cast<std::uint16_t>(high),
                       static_cast<std::uint16_t>(current), 0, LangText[text::out_of_range]);

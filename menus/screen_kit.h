@@ -10,7 +10,9 @@
 #include "tui/screen.h"
 
 /// The kit that the screens are built of: a screen is a table of rows, one for each line, rule
-/// lines included, in the order of the screen.
+/// lines included, in the order of the screen. A screen that others open has two functions: one
+/// runs it until the operator leaves it, and one whose name begins with "print_" draws it with the
+/// arrow on item `selected`, from 1 on.
 
 /// What a screen is about: the slot of a UPS, a schedule or a recipient, the number of a job or a
 /// group; for what belongs to a group its event, and a part of that.
@@ -60,8 +62,6 @@ struct Row {
   bool bracketed = false;
   /// Whether a colon stands between the label and the value.
   bool colon = true;
-  const char* number_form = "     %u";
-  const char* prompt_form = "\n\r%s [%u-%u]\t";
 
   /// Toggles a flag that is more than a field.
   void (*toggle)(const Subject&) = nullptr;
@@ -131,9 +131,9 @@ std::string format(const char* form, ...) __attribute__((format(printf, 1, 2)));
 void edit_text_field(text::Id label, char* bytes, std::size_t size);
 
 /// Edits a number on the value-entry screen; returns it, or `current` when the entry is refused or
-/// empty.
+/// empty. `prompt_end` stands behind the bounds.
 unsigned edit_number(text::Id label, unsigned current, unsigned low, unsigned high,
-                     const char* number_form = "%u", const char* prompt_form = "\n\r%s [%u-%u]\t");
+                     const char* prompt_end = "\t");
 
 /// The pieces of these two, for editors that ask in their own way. `begin_entry` draws the screen
 /// with the current value up to where the question goes and shows the cursor; `end_entry` hides it.

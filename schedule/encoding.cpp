@@ -92,13 +92,13 @@ bool schedule_fires(const ScheduleEntry& entry, const std::tm& at, const std::tm
   if (now.tm_hour != at.tm_hour || now.tm_min != at.tm_min) return false;
   if (entry.last / 60 == minute / 60) return false;
   switch (entry.type) {
-    case 1:
+    case once:
       return now.tm_mday == at.tm_mday && now.tm_mon == at.tm_mon && now.tm_year == at.tm_year;
-    case 2:
+    case daily:
       return true;
-    case 3:
+    case weekly:
       return now.tm_wday == entry.day;
-    case 4:
+    case monthly:
       return now.tm_mday == entry.day;
     default:
       return false;

@@ -7,6 +7,9 @@
 
 /// The text form of the schedule entries, and the rule that decides when an entry fires.
 
+/// How often an entry fires: its `type`.
+enum Repetition : std::uint8_t { once = 1, daily, weekly, monthly };
+
 /// The entry that matched last; `TestSchedules` and `next_actions` write it.
 extern ScheduleEntry ShedAction;
 

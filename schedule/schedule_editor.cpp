@@ -90,15 +90,15 @@ void ask_day_of_month(const Subject& subject) {
   end_entry();
 }
 
-/// One way to repeat: its number in the record is its place in the table, from 1 on.
-struct Repetition {
+/// What the operator is asked for a `Repetition`, which is the place in the table, from 1 on.
+struct Question {
   text::Id name;
   text::Id hint;
   std::int32_t (*parse)(std::string_view typed);
   void (*ask_day)(const Subject& subject);
 };
 
-constexpr Repetition repetitions[] = {
+constexpr Question questions[] = {
     {text::once, text::once_hint, check_datetime, nullptr},
     {text::daily, text::time_hint, check_time, nullptr},
     {text::weekly, text::time_hint, check_time, ask_weekday},
@@ -106,11 +106,11 @@ constexpr Repetition repetitions[] = {
 };
 
 /// Asks until the time is valid, and returns it; 0 when nothing is typed.
-std::int32_t ask_time(const Repetition& repetition) {
+std::int32_t ask_time(const Question& question) {
   for (;;) {
     constexpr int longest_time = 120;
     char typed[longest_time + 2] = "";
-    print_frame(2, format("%s [%s]", LangText[text::enter_time], LangText[repetition.hint]));
+    print_frame(2, format("%s [%s]", LangText[text::enter_time], LangText[question.hint]));
     print_escapeseq(show_cursor);
     {
       const LineMode lines;
@@ -118,28 +118,28 @@ std::int32_t ask_time(const Repetition& repetition) {
     }
     end_entry();
     if (typed[0] == '\0') return 0;
-    const std::int32_t time = repetition.parse(typed);
+    const std::int32_t time = question.parse(typed);
     if (time != 0) return time;
     show_refusal(text::time_refused);
   }
 }
 
-void print_repetition(const Subject&, int item) { print_choice(item, repetitions[item - 1].name); }
+void print_repetition(const Subject&, int item) { print_choice(item, questions[item - 1].name); }
 
 int choose_repetition(const Subject& subject, int item) {
-  const Repetition& repetition = repetitions[item - 1];
-  const std::int32_t time = ask_time(repetition);
+  const Question& question = questions[item - 1];
+  const std::int32_t time = ask_time(question);
   if (time == 0) return 0;
   ScheduleEntry& entry = entry_of(subject);
   entry.time = time;
   entry.type = static_cast<std::uint8_t>(item);
-  if (repetition.ask_day != nullptr) repetition.ask_day(subject);
+  if (question.ask_day != nullptr) question.ask_day(subject);
   return 0;
 }
 
 const Screen repetition_chooser{.start_row = 2,
                                 .title = text::schedule_time,
-                                .listed = std::size(repetitions),
+                                .listed = std::size(questions),
                                 .list_line = print_repetition,
                                 .list_enter = choose_repetition};
 
@@ -170,8 +170,8 @@ const Screen schedule_screen{.start_row = 2, .title = text::schedule_title, .row
 
 }  // namespace
 
-void sch_param(int index) { run_screen(schedule_screen, {.index = index}); }
-
 void print_sch_param(int selected, int index) {
   print_screen(schedule_screen, {.index = index}, selected);
 }
+
+void sch_param(int index) { run_screen(schedule_screen, {.index = index}); }

@@ -6,6 +6,7 @@
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
 #include "schedule/calendar.h"
+#include "schedule/encoding.h"
 #include "tui/columns.h"
 #include "ups/ups_line.h"
 
@@ -15,8 +16,6 @@ constexpr const char* keywords[] = {
     "SYSSHUTDOWN", "UPSSHUTDOWN", "UPSREBOOT", "UPSTEST", "BATTERYTEST", "PANELTEST", "OSSHUTDOWN",
 };
 constexpr int os_shutdown = std::size(keywords);
-
-enum Repetition { once = 1, daily, weekly, monthly };
 
 bool known_action(const ScheduleEntry& entry) {
   return entry.action >= 1 && entry.action <= os_shutdown;

@@ -15,9 +15,8 @@ char yes_no_str[256];
 
 namespace {
 
-// The widest field is the 260 bytes of a file name; longer lines of numbers are cut here.
-constexpr std::size_t line_size = 260;
-constexpr std::size_t number_size = 200;
+constexpr std::size_t line_size = 260;    // of the widest field, the name of a program
+constexpr std::size_t number_size = 200;  // what counts of a line that is a number
 constexpr std::size_t word_size = 200;
 
 bool ends_line(char byte) { return byte == '\n' || byte == '\r'; }

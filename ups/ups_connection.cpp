@@ -55,8 +55,8 @@ void change_link(const Subject& s) {
 /// The list shows the address with two digits, its editor without a leading zero.
 void edit_address(const Subject& s) {
   UPS& ups = ups_of(s);
-  ups.Address = static_cast<std::uint8_t>(
-      edit_number(text::device_address, ups.Address, 0, 255, "%u", "\n\r%s [%u-%u] : "));
+  ups.Address =
+      static_cast<std::uint8_t>(edit_number(text::device_address, ups.Address, 0, 255, " : "));
 }
 
 /// An RFC 1628 link keeps its agent's address in `Port`.
