@@ -6,20 +6,16 @@
 /// to which UPSs of the group (the source). Groups are numbered 0 to 9, events 0 to 63, conditions
 /// 0 to 5 (1 to 6 on the screen). Edits `INI1`.
 
-/// Draws the list of the conditions with the arrow on line `selected`.
-void print_group_param_new(int selected, int group, int event);
-
-/// Runs the list.
+/// The list of the conditions.
 void group_job_param_new(int group, int event);
+void print_group_param_new(int selected, int group, int event);
 
 /// Makes `text` the line of a condition in that list. It is empty for a type without a text.
 void fill_gr_event_name(int group, int event, int condition, std::string& text);
 
-/// Draws the editor of a condition with the arrow on line `selected`.
-void print_group_job_param2(int selected, int group, int event, int condition);
-
-/// Runs the editor. Deleting moves the conditions behind this one up.
+/// The editor of a condition. Deleting moves the conditions behind this one up.
 void group_job_param2(int group, int event, int condition);
+void print_group_job_param2(int selected, int group, int event, int condition);
 
 /// Draws the page of the choice of a type that shows types `first` to `last`: 1 to 11 or 12 to 24.
 void print_group_job_event(int selected, int first, int last);

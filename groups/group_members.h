@@ -2,9 +2,5 @@
 
 /// The up to eight UPSs of a group, number 0 to 9, each chosen from the list of UPSs. The same UPS
 /// may be a member twice, and of several groups. Edits `INI1`.
-
-/// Draws the members with the arrow on line `selected`.
-void print_gr_ups(int selected, int group);
-
-/// Runs the screen.
 void gr_ups(int group);
+void print_gr_ups(int selected, int group);

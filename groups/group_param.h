@@ -1,11 +1,8 @@
 #pragma once
 
 /// The screen of one group, number 0 to 9: its name, how many of its UPSs may fail and when the
-/// service shuts down, and the way to its members, its events and the profile files. Edits `INI1`.
-
-/// Draws it with the arrow on line `selected`.
-void print_group_param(int selected, int group);
-
-/// Runs it. A group without a name is empty: opening one clears at once whatever a deleted group
-/// left there, members and events too, and fills in the defaults.
+/// service shuts down, and the way to its members, its events and the profile files. A group
+/// without a name is empty: opening one clears at once whatever a deleted group left there, members
+/// and events too, and fills in the defaults. Edits `INI1`.
 void group_param(int group);
+void print_group_param(int selected, int group);

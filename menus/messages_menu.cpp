@@ -99,8 +99,10 @@ const Screen recipients_screen{.start_row = 2,
 
 }  // namespace
 
-void mess_param() { run_screen(messages_screen); }
 void print_mess_param(int selected) { print_screen(messages_screen, {}, selected); }
 
-void gsm_param() { run_screen(recipients_screen); }
+void mess_param() { run_screen(messages_screen); }
+
 void print_gsm_param(int selected) { print_screen(recipients_screen, {}, selected); }
+
+void gsm_param() { run_screen(recipients_screen); }

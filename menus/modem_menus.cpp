@@ -121,11 +121,14 @@ const Screen wap_screen{.start_row = 4, .title = text::wap_title, .rows = wap_ro
 
 }  // namespace
 
-void modem_param() { run_screen(modem_screen); }
 void print_modem_param(int selected) { print_screen(modem_screen, {}, selected); }
 
-void gsm_modem_param() { run_screen(gsm_modem_screen); }
+void modem_param() { run_screen(modem_screen); }
+
 void print_gsm_modem_param(int selected) { print_screen(gsm_modem_screen, {}, selected); }
 
-void wap_param() { run_screen(wap_screen); }
+void gsm_modem_param() { run_screen(gsm_modem_screen); }
+
 void print_wap_param(int selected) { print_screen(wap_screen, {}, selected); }
+
+void wap_param() { run_screen(wap_screen); }

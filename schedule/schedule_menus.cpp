@@ -104,8 +104,9 @@ const Screen schedule_list_screen{.start_row = compact,
 
 }  // namespace
 
-void shed_param() { run_screen(schedule_list_screen); }
 void print_sched_param(int selected) { print_screen(schedule_list_screen, {}, selected); }
+
+void shed_param() { run_screen(schedule_list_screen); }
 
 int print_next_actions(std::int64_t* start, const std::int64_t* end, int selected) {
   print_frame(compact, LangText[text::upcoming_title]);

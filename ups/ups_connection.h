@@ -2,6 +2,4 @@
 
 /// How the service reaches the UPS in slot 0 to 15.
 void ups_conn_param(int slot);
-
-/// Draws the connection with the arrow on `selected`.
 void print_ups_conn_param(int selected, int slot);
