@@ -26,7 +26,8 @@ file(GLOB languages CONFIGURE_DEPENDS languages/lang_*.ini)
 
 install(FILES ${languages} DESTINATION /etc/harrier COMPONENT debian EXCLUDE_FROM_ALL)
 install(PROGRAMS ${debian}/harrier DESTINATION /usr/sbin COMPONENT debian EXCLUDE_FROM_ALL)
-install(FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc}
+  COMPONENT debian EXCLUDE_FROM_ALL)
 install(DIRECTORY docs DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES ${debian}/lintian-overrides DESTINATION /usr/share/lintian/overrides RENAME harrier
   COMPONENT debian EXCLUDE_FROM_ALL)
