@@ -75,8 +75,6 @@ std::string keys(std::string text) {
   return text;
 }
 
-std::ostream& operator<<(std::ostream& out, const Table& table) { return out << table.name; }
-
 std::string case_name(const Table& table) {
   std::string name;
   std::copy_if(table.name.begin(), table.name.end(), std::back_inserter(name),

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +27,7 @@ std::vector<Line> read_table(std::string_view name);  // the first one alone
 /// A text with names of keys as it is typed: "Sam<Enter><Esc>".
 std::string keys(std::string text);
 
-/// Shows the name of a table where the cases are listed, and makes one of a case from it.
-std::ostream& operator<<(std::ostream& out, const Table& table);
+/// The name of a table as that of a case.
 std::string case_name(const Table& table);
 
 /// What a key of a configuration file holds, with its quotes if it has any.
