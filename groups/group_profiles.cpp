@@ -3,7 +3,6 @@
 #include "config/group_profile.h"
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
-#include "tui/editors.h"
 #include "tui/terminal.h"
 
 namespace {
@@ -17,11 +16,7 @@ int transfer_events(text::Id title, int group,
   print_frame(start_row, LangText[title]);
   print("\n\r%s :", LangText[title]);
   print_escapeseq(show_cursor);
-  {
-    const LineMode lines;
-    get_str(path, sizeof path, "");
-  }
-  end_entry();
+  ask_line(path, sizeof path, "");
   if (path[0] == '\0') return 0;
   const int error = transfer(path, INI1.group[group].events);
   if (error != 0) show_refusal(text::profile_failed);

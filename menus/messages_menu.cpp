@@ -4,7 +4,6 @@
 #include "menus/modem_menus.h"
 #include "menus/screen_kit.h"
 #include "tui/columns.h"
-#include "tui/editors.h"
 #include "tui/terminal.h"
 
 namespace {
@@ -64,11 +63,7 @@ void print_recipient(const Subject&, int item) {
 
 void edit_recipient_name(Text<32>& name) {
   begin_name_entry(text::name, name.view(), text::delete_recipient_hint);
-  {
-    const LineMode lines;
-    get_str(name.bytes, sizeof name.bytes, LangText[text::new_value]);
-  }
-  end_entry();
+  ask_line(name.bytes, sizeof name.bytes, LangText[text::new_value]);
 }
 
 int edit_recipient(const Subject&, int item) {

@@ -6,19 +6,13 @@
 #include "config/password.h"
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
-#include "tui/editors.h"
-#include "tui/terminal.h"
 
 int enter_password(std::uint16_t& password, std::size_t size, int item) {
   constexpr int start_row = 9;
   char typed[256] = {};
   print_frame(start_row, LangText[text::enter_password]);
   print_escapeseq(show_cursor);
-  {
-    const LineMode lines;
-    get_str(typed, std::min(size, sizeof typed), LangText[text::new_value]);
-  }
-  end_entry();
+  ask_line(typed, std::min(size, sizeof typed), LangText[text::new_value]);
   const bool any = typed[0] != '\0';
   password = CalculatePassword(typed);
   explicit_bzero(typed, sizeof typed);

@@ -129,6 +129,13 @@ int enter_row(const Screen& screen, const Subject& subject, int item) {
   return row->enter == nullptr ? item : row->enter(subject, item);
 }
 
+/// The screen of an editor as far as the value that is there.
+void print_current(text::Id label, std::string_view current) {
+  menu_insert_value(LangText[label]);
+  put(printable(current));
+  print_escapeseq(normal);
+}
+
 }  // namespace
 
 void print_screen(const Screen& screen, const Subject& subject, int selected) {
@@ -204,18 +211,14 @@ std::string format(const char* form, ...) {
 }
 
 void begin_entry(text::Id label, std::string_view current) {
-  menu_insert_value(LangText[label]);
-  put(printable(current));
-  print_escapeseq(normal);
+  print_current(label, current);
   print_line(0);
   put("\n\r");
   print_escapeseq(show_cursor);
 }
 
 void begin_name_entry(text::Id label, std::string_view current, text::Id deletion_hint) {
-  menu_insert_value(LangText[label]);
-  put(printable(current));
-  print_escapeseq(normal);
+  print_current(label, current);
   put("\n\r");
   for (const text::Id hint : {text::keep_name_hint, deletion_hint}) {
     put("\n\r  ");
@@ -230,13 +233,17 @@ void end_entry() {
   print_escapeseq(normal);
 }
 
-void edit_text_field(text::Id label, char* bytes, std::size_t size) {
-  begin_entry(label, {bytes, strnlen(bytes, size)});
+void ask_line(char* bytes, std::size_t size, const char* prompt) {
   {
     const LineMode lines;
-    get_str(bytes, size, LangText[text::new_value]);
+    get_str(bytes, size, prompt);
   }
   end_entry();
+}
+
+void edit_text_field(text::Id label, char* bytes, std::size_t size) {
+  begin_entry(label, {bytes, strnlen(bytes, size)});
+  ask_line(bytes, size, LangText[text::new_value]);
 }
 
 unsigned edit_number(text::Id label, unsigned current, unsigned low, unsigned high,

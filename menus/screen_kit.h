@@ -140,6 +140,9 @@ unsigned edit_number(text::Id label, unsigned current, unsigned low, unsigned hi
 void begin_entry(text::Id label, std::string_view current);
 void end_entry();
 
+/// Asks for a line behind `prompt`, as `get_str` takes it, and ends the entry.
+void ask_line(char* bytes, std::size_t size, const char* prompt);
+
 /// `begin_entry` for the name of an entry of a list: in place of the rule two hints, text 336 and
 /// the one that tells how to delete the entry.
 void begin_name_entry(text::Id label, std::string_view current, text::Id deletion_hint);

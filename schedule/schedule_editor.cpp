@@ -112,11 +112,7 @@ std::int32_t ask_time(const Question& question) {
     char typed[longest_time + 2] = "";
     print_frame(2, format("%s [%s]", LangText[text::enter_time], LangText[question.hint]));
     print_escapeseq(show_cursor);
-    {
-      const LineMode lines;
-      get_str(typed, sizeof typed, LangText[text::new_value]);
-    }
-    end_entry();
+    ask_line(typed, sizeof typed, LangText[text::new_value]);
     if (typed[0] == '\0') return 0;
     const std::int32_t time = question.parse(typed);
     if (time != 0) return time;

@@ -3,8 +3,6 @@
 #include "lang/lang_text.h"
 #include "menus/screen_kit.h"
 #include "tui/columns.h"
-#include "tui/editors.h"
-#include "tui/terminal.h"
 #include "ups/type_code.h"
 #include "ups/ups_connection.h"
 #include "ups/ups_line.h"
@@ -76,11 +74,7 @@ int edit_name(const Subject& s, int item) {
   char typed[120] = {};
   UPS& ups = ups_of(s);
   begin_name_entry(text::ups_name, ups.Name.view(), text::delete_ups_hint);
-  {
-    const LineMode lines;
-    get_str(typed, sizeof typed, LangText[text::new_value]);
-  }
-  end_entry();
+  ask_line(typed, sizeof typed, LangText[text::new_value]);
   if (typed[0] == '*') return delete_ups(s.index, item);
   if (typed[0] == '\0') return item;
   if (ups.Name.empty()) fill_defaults(ups);
@@ -100,11 +94,7 @@ void edit_type_code(const Subject& s) {
   Text<20>& type = ups_of(s).Type;
   for (;;) {
     begin_entry(text::type_code, ups_model(s.index));
-    {
-      const LineMode lines;
-      get_str(type.bytes, sizeof type.bytes, LangText[text::new_value]);
-    }
-    end_entry();
+    ask_line(type.bytes, sizeof type.bytes, LangText[text::new_value]);
     if (FindUpsModelTxt(std::string(type.view()).c_str()) != nullptr) return;
     show_refusal(text::unknown_model);
   }
