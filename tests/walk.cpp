@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "tests/picture.h"
 #include "tui/columns.h"
 
 namespace {
@@ -88,6 +89,7 @@ constexpr Step steps[] = {
        EXPECT_EQ(with_colours(walk.op()),
                  read_file(source_dir() + "/tests/data/screens/" + name + ".txt"));
      }},
+    {"picture ", [](Walk& walk, const std::string& name) { expect_picture(walk.op(), name); }},
     {"==", [](Walk& walk, const std::string& values) { walk.keep(values, true); }},
     {"=", [](Walk& walk, const std::string& values) { walk.keep(values, false); }},
 };
