@@ -5,8 +5,9 @@
 source scripts/need.sh
 
 build_needs=(cmake ninja-build g++)
+package_needs=("${build_needs[@]}" dpkg-dev file)
 # shellcheck disable=SC2034
-test_needs=("${build_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clang libclang-rt-dev
+test_needs=("${package_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clang libclang-rt-dev
   libbenchmark-dev libinih-dev)
 
 # build PRESET TARGET [OPTION...]

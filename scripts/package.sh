@@ -5,7 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/build.sh
 source scripts/build.sh
 
-need "${build_needs[@]}" dpkg-dev file
+need "${package_needs[@]}"
 # As in ./run: a new build folder does not need the packages of the tests.
 options=()
 [[ -f build/release/CMakeCache.txt ]] || options=(-DHARRIER_TESTS=OFF)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install_test.sh BUILD_FOLDER: installs beside the files of a service that is in use, and compares
-# every byte that must not change.
+# every byte that must not change; then builds the Debian package and looks at what it brings.
 set -euo pipefail
 build=$1
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -58,3 +58,15 @@ DESTDIR=$folder/stage install_harrier --prefix /opt/kestrel
 expect_same "$build/harrier" "$folder/stage/opt/kestrel/harrier"
 expect_same "$folder/before/lang_00.ini" "$folder/stage/opt/kestrel/lang_00.ini"
 expect_same "$source/languages/lang_01.ini" "$folder/stage/opt/kestrel/lang_01.ini"
+
+# The Debian package brings nothing to where the service has its files but the program.
+cpack --config "$build/CPackConfig.cmake" -B "$folder/package" >"$folder/log" 2>&1 ||
+  fail "$(cat "$folder/log")"
+dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort >"$folder/contents"
+[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier ]] ||
+  fail "$(cat "$folder/contents")"
+for file in sbin/harrier share/man/man8/harrier.8.gz share/doc/harrier/docs/files.md; do
+  grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
+done
+dpkg-deb --ctrl-tarfile "$folder"/package/harrier_*.deb | tar -xO ./conffiles | cmp - \
+  <(cd "$source/languages" && printf '/etc/harrier/%s\n' *)
