@@ -35,9 +35,19 @@ consteval Kind kind_of() {
     return Kind::text;
 }
 
+consteval const char* key_of(const char* name) {
+  const char* key = name;
+  for (; *name != '\0'; ++name) {
+    if (*name == '.') key = name + 1;
+  }
+  return key;
+}
+
 /// The field `name` of struct `Entry`, stored under the key of the same name.
-#define FIELD(Entry, name) \
-  Field { #name, kind_of < decltype(Entry::name)>(), offsetof(Entry, name), sizeof(Entry::name) }
+#define FIELD(Entry, name)                                                                      \
+  Field {                                                                                       \
+    key_of(#name), kind_of<decltype(Entry::name)>(), offsetof(Entry, name), sizeof(Entry::name) \
+  }
 
 /// The same, counted from the start of the record: for screens that edit one block of it.
 #define RECORD_FIELD(block, name)                                                   \

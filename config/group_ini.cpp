@@ -7,6 +7,7 @@
 #include "config/ini_reader.h"
 #include "config/ini_writer.h"
 #include "config/replace_file.h"
+#include "tui/diag.h"
 
 namespace {
 

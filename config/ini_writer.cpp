@@ -85,5 +85,3 @@ int save_file(int kind, const char* name) {
   }
   return 0;
 }
-
-std::string program_path(const char* name) { return std::string(ProgramDir) + name; }

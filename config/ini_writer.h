@@ -25,6 +25,3 @@ void write_family(std::string& out, const Family& family, const void* entries);
 /// file has been written, the defaults of its values are stored in `INI` too. Returns 0 or the
 /// errno of what failed.
 int save_file(int kind, const char* name);
-
-/// Formats the path of the file `name` beside the program.
-std::string program_path(const char* name);

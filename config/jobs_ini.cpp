@@ -2,6 +2,7 @@
 
 #include "config/ini_reader.h"
 #include "config/ini_writer.h"
+#include "tui/diag.h"
 
 namespace {
 constexpr char jobs_name[] = "jobs.ini";

@@ -12,7 +12,7 @@
 #include "config/replace_file.h"
 #include "config/sensor_ini.h"
 #include "config/signals_held.h"
-#include "schedule/encoding.h"
+#include "schedule/schedule_code.h"
 #include "tui/diag.h"
 
 namespace {

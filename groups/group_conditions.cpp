@@ -1,7 +1,9 @@
 #include "groups/group_conditions.h"
 
+#include "kit/screens.h"
+#include "kit/value_entry.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
+#include "tui/format.h"
 
 namespace {
 
@@ -15,11 +17,11 @@ constexpr int count_base = 100;
 constexpr int source_any = 254;
 constexpr int source_all = 255;
 
-GroupEvent& event_of(const Subject& s) { return INI1.group[s.index].events[s.event]; }
+GroupEvent& event_of(const Subject& s) { return INI1.group[s.group].events[s.event]; }
 
-std::uint16_t& type_of(const Subject& s) { return event_of(s).Type[s.part]; }
+std::uint16_t& type_of(const Subject& s) { return event_of(s).Type[s.condition]; }
 
-std::uint16_t& source_of(const Subject& s) { return event_of(s).Priority[s.part]; }
+std::uint16_t& source_of(const Subject& s) { return event_of(s).Priority[s.condition]; }
 
 bool about_redundancy(unsigned type) {
   return type == type_redundancy_lost || type == type_redundancy_restored;
@@ -34,58 +36,53 @@ std::string type_name(unsigned type) {
   return number < text_count ? LangText[number] : "";
 }
 
-// --- The choice of a type -----------------------------------------------------------------------
+// --- The choice of a type: two pages ------------------------------------------------------------
 
 constexpr int first_page_types = 11;
 constexpr int second_page_types = 13;
 
-template <int types_before>
-void print_type(const Subject&, int item) {
-  print_list_number(types_before + item);
-  print_cut(type_name(static_cast<unsigned>(types_before + item)), number_columns);
+void print_type(const Subject& s, int item) {
+  print_cut(type_name(static_cast<unsigned>(s.first + item)));
+}
+
+void choose_type(const Subject& s, int item) {
+  type_of(s) = static_cast<std::uint16_t>(s.first + item);
 }
 
 /// The back item counts as a type too: leaving the first page without a choice stores 15, leaving
 /// the second one 26. Whoever only wanted to look has to choose the old type again.
-template <int types_before>
-int store_type(const Subject& s, int item) {
-  type_of(s) = static_cast<std::uint16_t>(types_before + item);
+int choose_item_number(const Subject& s, int item) {
+  choose_type(s, item);
   return 0;
 }
 
-const Row second_page_rows[] = {
-    {},
-    {.act = Act::open,
-     .lead = "       0 - ",
-     .label = text::back,
-     .enter = store_type<first_page_types>},
+constexpr Row second_page_rows[] = {
+    rule,
+    open("0", text::back, choose_item_number),
 };
-const Screen second_page{.start_row = 0,
-                         .title = text::condition_type,
-                         .rows = second_page_rows,
-                         .listed = second_page_types,
-                         .list_line = print_type<first_page_types>,
-                         .list_enter = store_type<first_page_types>};
+constexpr Screen second_page{
+    .start_row = 0,
+    .title = text::condition_type,
+    .list = {.count = second_page_types, .line = print_type, .enter = choose_type, .leaves = true},
+    .rows = second_page_rows};
 
-const Row first_page_rows[] = {
-    {},
-    {.act = Act::open,
-     .lead = "      12 - ",
-     .label = text::show_more,
-     .enter =
-         [](const Subject& s, int) {
-           run_screen(second_page, s);
-           return 0;
-         }},
-    {},
-    {.act = Act::open, .lead = "       0 - ", .label = text::back, .enter = store_type<0>},
+void show_second_page(const Subject& s) {
+  Subject page = s;
+  page.first = first_page_types;
+  run_screen(second_page, page);
+}
+
+constexpr Row first_page_rows[] = {
+    rule,
+    open("12", text::show_more, show_second_page).leaves(),
+    rule,
+    open("0", text::back, choose_item_number),
 };
-const Screen first_page{.start_row = 0,
-                        .title = text::condition_type,
-                        .rows = first_page_rows,
-                        .listed = first_page_types,
-                        .list_line = print_type<0>,
-                        .list_enter = store_type<0>};
+constexpr Screen first_page{
+    .start_row = 0,
+    .title = text::condition_type,
+    .list = {.count = first_page_types, .line = print_type, .enter = choose_type, .leaves = true},
+    .rows = first_page_rows};
 
 // --- The choice of a source ---------------------------------------------------------------------
 
@@ -97,38 +94,25 @@ void ask_source_number(const Subject& s, text::Id label, int current, int base =
 /// Asks for a number and stores it, `base` added. The number shown, which Enter alone takes, is the
 /// stored one less 100 above 100, and whole up to there: a source of 100 is shown as 100.
 template <int base>
-int store_number(const Subject& s, int) {
+void store_number(const Subject& s) {
   const int source = source_of(s);
   ask_source_number(s, text::source_number, source > count_base ? source - count_base : source,
                     base);
-  return 0;
 }
 
 template <int source>
-int store_source(const Subject& s, int) {
+void store_source(const Subject& s) {
   source_of(s) = source;
-  return 0;
 }
 
-const Row source_rows[] = {
-    {.act = Act::open,
-     .lead = "      1 - ",
-     .label = text::source_member,
-     .enter = store_number<0>},
-    {.act = Act::open,
-     .lead = "      2 - ",
-     .label = text::source_count,
-     .enter = store_number<count_base>},
-    {.act = Act::open,
-     .lead = "      3 - ",
-     .label = text::source_any,
-     .enter = store_source<source_any>},
-    {.act = Act::open,
-     .lead = "      4 - ",
-     .label = text::source_all,
-     .enter = store_source<source_all>},
+constexpr Row source_rows[] = {
+    open("1", text::source_member, store_number<0>).leaves(),
+    open("2", text::source_count, store_number<count_base>).leaves(),
+    open("3", text::source_any, store_source<source_any>).leaves(),
+    open("4", text::source_all, store_source<source_all>).leaves(),
 };
-const Screen source_screen{.start_row = 2, .title = text::condition_source, .rows = source_rows};
+constexpr Screen source_screen{
+    .start_row = 2, .title = text::condition_source, .rows = source_rows};
 
 // --- One condition ------------------------------------------------------------------------------
 
@@ -145,14 +129,13 @@ std::string source_text(const Subject& s) {
 
 /// The conditions behind the deleted one move up, each with its source. The last one loses
 /// its type only: its source is still there when it is given a new one.
-int delete_condition(const Subject& s, int) {
+void delete_condition(const Subject& s) {
   GroupEvent& event = event_of(s);
-  for (int i = s.part; i + 1 < condition_count; ++i) {
+  for (int i = s.condition; i + 1 < condition_count; ++i) {
     event.Type[i] = event.Type[i + 1];
     event.Priority[i] = event.Priority[i + 1];
   }
   event.Type[condition_count - 1] = 0;
-  return 0;
 }
 
 void edit_source(const Subject& s) {
@@ -164,63 +147,50 @@ void edit_source(const Subject& s) {
   }
 }
 
-const Row condition_rows[] = {
-    {.act = Act::open,
-     .lead = "      1 - ",
-     .label = text::delete_entry,
-     .enter = delete_condition},
-    {.act = Act::custom,
-     .lead = "      2 - ",
-     .label = text::condition_type,
-     .value = [](const Subject& s) { return type_name(type_of(s)); },
-     .open = [](const Subject& s) { run_screen(first_page, s); }},
-    {.act = Act::custom,
-     .lead = "      3 - ",
-     .label = text::condition_source,
-     .value = source_text,
-     .open = edit_source},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+std::string type(const Subject& s) { return type_name(type_of(s)); }
+
+constexpr Row condition_rows[] = {
+    open("1", text::delete_entry, delete_condition).leaves(),
+    custom("2", text::condition_type, type, &first_page),
+    custom("3", text::condition_source, source_text, edit_source),
+    rule,
+    back,
 };
-const Screen condition_screen{.start_row = 2, .title = text::group_event, .rows = condition_rows};
+constexpr Screen condition_screen{
+    .start_row = 2, .title = text::group_event, .rows = condition_rows};
 
 // --- The list of the conditions -----------------------------------------------------------------
 
 void print_condition(const Subject& s, int item) {
   std::string line;
-  fill_gr_event_name(s.index, s.event, item - 1, line);
-  print_list_number(item, short_number_columns);
-  print_value(line, short_number_columns);
+  fill_gr_event_name(s.group, s.event, item - 1, line);
+  print_value(line);
 }
 
-int open_condition(const Subject& s, int item) {
-  group_job_param2(s.index, s.event, item - 1);
-  return item;
-}
+void open_condition(const Subject& s, int item) { group_job_param2(s.group, s.event, item - 1); }
 
-const Row list_rows[] = {
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row list_rows[] = {
+    rule,
+    back,
 };
-const Screen list_screen{.start_row = 2,
-                         .title = text::conditions,
-                         .rows = list_rows,
-                         .listed = condition_count,
-                         .list_line = print_condition,
-                         .list_enter = open_condition};
+constexpr Screen list_screen{
+    .start_row = 2,
+    .title = text::conditions,
+    .list = {.count = condition_count, .line = print_condition, .enter = open_condition},
+    .rows = list_rows};
 
 }  // namespace
 
 void print_group_param_new(int selected, int group, int event) {
-  print_screen(list_screen, {.index = group, .event = event}, selected);
+  print_screen(list_screen, {.group = group, .event = event}, selected);
 }
 
 void group_job_param_new(int group, int event) {
-  run_screen(list_screen, {.index = group, .event = event});
+  run_screen(list_screen, {.group = group, .event = event});
 }
 
 void fill_gr_event_name(int group, int event, int condition, std::string& text) {
-  const Subject s{.index = group, .event = event, .part = condition};
+  const Subject s{.group = group, .event = event, .condition = condition};
   text = type_name(type_of(s));
   if (type_of(s) == 0 || text.empty()) return;
   const int source = source_of(s);
@@ -230,15 +200,16 @@ void fill_gr_event_name(int group, int event, int condition, std::string& text) 
 }
 
 void print_group_job_param2(int selected, int group, int event, int condition) {
-  print_screen(condition_screen, {.index = group, .event = event, .part = condition}, selected);
+  print_screen(condition_screen, {.group = group, .event = event, .condition = condition},
+               selected);
 }
 
 void group_job_param2(int group, int event, int condition) {
-  run_screen(condition_screen, {.index = group, .event = event, .part = condition});
+  run_screen(condition_screen, {.group = group, .event = event, .condition = condition});
 }
 
 void print_group_job_event(int selected, int first, int last) {
   Screen page = first == 1 ? first_page : second_page;
-  page.listed = last - first + 1;
-  print_screen(page, {}, selected);
+  page.list.count = last - first + 1;
+  print_screen(page, {.first = first - 1}, selected);
 }

@@ -12,10 +12,12 @@ Job& job_of(int group, int event) { return INI1.group[group].events[event].job; 
 /// Line 3 always goes on into line 4. For a program that is its file, which is asked once more
 /// where line 3 is the file itself; for a message it is the way out. Operators count on it: the
 /// interval is the last thing that they enter.
-int go_on_into_line_4(const Subject& s, int line) {
-  if (action_items(s.part) < items_with_file) return 0;
-  edit_program_file(s.part, job_of(s.index, s.event));
-  return line;
+int go_on_into_line_4(const ActionEdit& edit) {
+  constexpr int line_3 = 3;
+  constexpr int leave = 0;
+  if (action_items(edit.action) < items_with_file) return leave;
+  edit_program_file(edit.action, *edit.job);
+  return line_3;
 }
 
 /// A group has a shutdown delay of its own; that of the action is kept and has no line.
@@ -24,14 +26,13 @@ int items_of(int action) { return action == shutdown_action ? 1 : action_items(a
 bool has_interval(int event) { return event % 2 == 0; }
 
 /// The first heading goes by the number of the group as if it were that of an event.
-ActionEditor editor_of(int group, int event, int action, int items, bool shows_interval) {
-  return {.subject = {.index = group, .event = event, .part = action},
-          .heading = static_cast<text::Id>(text::event_first + group),
+ActionEdit edit_of(int group, int event, int action, int items, bool shows_interval) {
+  return {.heading = static_cast<text::Id>(text::event_first + group),
           .job = &job_of(group, event),
           .action = action,
           .items = items,
           .shows_interval = shows_interval,
-          .behind_line_3 = go_on_into_line_4};
+          .after_line_3 = go_on_into_line_4};
 }
 
 }  // namespace
@@ -39,10 +40,11 @@ ActionEditor editor_of(int group, int event, int action, int items, bool shows_i
 void print_group_job_param1(int selected, int group, int event, int action, std::uint16_t flag,
                             std::uint16_t delay, std::uint16_t interval, int items,
                             bool shows_interval) {
-  print_action_editor(editor_of(group, event, action, items, shows_interval),
-                      {flag, delay, interval}, selected);
+  ActionEdit edit = edit_of(group, event, action, items, shows_interval);
+  edit.values = {flag, delay, interval};
+  print_action_editor(edit, selected);
 }
 
 void group_job_param1(int group, int event, int action) {
-  run_action_editor(editor_of(group, event, action, items_of(action), has_interval(event)));
+  run_action_editor(edit_of(group, event, action, items_of(action), has_interval(event)));
 }

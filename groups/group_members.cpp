@@ -1,74 +1,67 @@
 #include "groups/group_members.h"
 
+#include "kit/screens.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
 #include "ups/ups_line.h"
+#include "ups/ups_slot.h"
 
 namespace {
 
 /// A member: the slot of a UPS plus one, or 0.
-std::uint16_t& member_of(const Subject& s) { return INI1.group[s.index].UPS[s.part]; }
+std::uint16_t& member_of(const Subject& s) { return INI1.group[s.group].UPS[s.member]; }
 
 // --- The choice of a UPS ------------------------------------------------------------------------
 
-void print_slot(const Subject&, int item) { print_ups_line(item, LinkValues::saved); }
+void print_slot(const Subject&, int item) { print_ups_line(item - 1, LinkValues::saved); }
 
 /// A free slot is no choice: the member stays.
-int choose_slot(const Subject& s, int item) {
+void choose_slot(const Subject& s, int item) {
   if (ups_in_use(item - 1)) member_of(s) = static_cast<std::uint16_t>(item);
-  return 0;
 }
 
-int choose_none(const Subject& s, int) {
-  member_of(s) = 0;
-  return 0;
-}
+void choose_none(const Subject& s) { member_of(s) = 0; }
 
-const Row ups_rows[] = {
-    {},
-    {.act = Act::open, .lead = "      17 - ", .label = text::delete_entry, .enter = choose_none},
+constexpr Row ups_rows[] = {
+    rule,
+    open("17", text::delete_entry, choose_none).leaves(),
 };
 
-const Screen ups_screen{.start_row = compact,
-                        .title = text::choose_ups,
-                        .rows = ups_rows,
-                        .listed = ups_count,
-                        .list_line = print_slot,
-                        .list_enter = choose_slot};
+constexpr Screen ups_screen{
+    .start_row = compact,
+    .title = text::choose_ups,
+    .list = {.count = ups_count, .line = print_slot, .enter = choose_slot, .leaves = true},
+    .rows = ups_rows};
 
 // --- The members --------------------------------------------------------------------------------
 
 /// A member whose UPS has lost its name shows no name, unlike a place without a member.
 void print_member(const Subject& s, int item) {
-  print_list_number(item, short_number_columns);
-  const int number = INI1.group[s.index].UPS[item - 1];
+  const int number = INI1.group[s.group].UPS[item - 1];
   if (number == 0)
-    print_value(LangText[text::unused], short_number_columns);
+    print_value(LangText[text::unused]);
   else if (number <= ups_count)
-    print_value(INI1.ups[number - 1].Name.view(), short_number_columns);
+    print_value(INI1.ups[number - 1].Name.view());
 }
 
-int open_member(const Subject& s, int item) {
-  run_screen(ups_screen, {.index = s.index, .part = item - 1});
-  return item;
+void open_member(const Subject& s, int item) {
+  run_screen(ups_screen, {.group = s.group, .member = item - 1});
 }
 
-const Row member_rows[] = {
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row member_rows[] = {
+    rule,
+    back,
 };
 
-const Screen member_screen{.start_row = 2,
-                           .title = text::group_members,
-                           .rows = member_rows,
-                           .listed = member_count,
-                           .list_line = print_member,
-                           .list_enter = open_member};
+constexpr Screen member_screen{
+    .start_row = 2,
+    .title = text::group_members,
+    .list = {.count = member_count, .line = print_member, .enter = open_member},
+    .rows = member_rows};
 
 }  // namespace
 
 void print_gr_ups(int selected, int group) {
-  print_screen(member_screen, {.index = group}, selected);
+  print_screen(member_screen, {.group = group}, selected);
 }
 
-void gr_ups(int group) { run_screen(member_screen, {.index = group}); }
+void gr_ups(int group) { run_screen(member_screen, {.group = group}); }

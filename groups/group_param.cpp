@@ -5,14 +5,15 @@
 #include "groups/group_events.h"
 #include "groups/group_members.h"
 #include "groups/group_profiles.h"
-#include "menus/screen_kit.h"
+#include "kit/screens.h"
+#include "tui/format.h"
 
 namespace {
 
 constexpr unsigned largest = 65535;
 constexpr int highest_level = 3;
 
-Group& group_of(const Subject& s) { return INI1.group[s.index]; }
+Group& group_of(const Subject& s) { return INI1.group[s.group]; }
 
 void* entry_of_group(const Subject& s) { return &group_of(s); }
 
@@ -45,97 +46,50 @@ void next_redundancy(const Subject& s) {
   level = level < highest_level ? static_cast<std::uint8_t>(level + 1) : std::uint8_t{0};
 }
 
-const Row group_rows[] = {
-    {.act = Act::open, .lead = "       1 - ", .label = text::delete_entry, .open = delete_group},
-    {.act = Act::text,
-     .lead = "       2 - ",
-     .label = text::name,
-     .field = FIELD(Group, Name),
-     .colon = false},
-    {.act = Act::custom,
-     .lead = "       3 - ",
-     .label = text::redundancy_level,
-     .live = exists,
-     .value = redundancy,
-     .bracketed = true,
-     .open = next_redundancy},
-    {},
-    {.act = Act::flag,
-     .lead = "       4 - ",
-     .label = text::battery_shutdown_allowed,
-     .field = FIELD(Group, AllowedBatteryShutdown),
-     .words = Words::on_off,
-     .live = exists},
-    {.act = Act::number,
-     .lead = "           4.1 - ",
-     .label = text::battery_runtime_limit,
-     .field = FIELD(Group, BatteryRuntimeShutdown),
-     .high = largest,
-     .live = battery_shutdown},
-    {.act = Act::flag,
-     .lead = "       5 - ",
-     .label = text::group_shutdown_allowed,
-     .field = FIELD(Group, AllowedSystemShutdown),
-     .words = Words::on_off,
-     .live = exists},
-    {.act = Act::number,
-     .lead = "           5.1 - ",
-     .label = text::group_shutdown_delay,
-     .field = FIELD(Group, SystemShutdownDelay),
-     .high = largest,
-     .live = system_shutdown},
-    {.act = Act::flag,
-     .lead = "       6 - ",
-     .label = text::group_ups_shutdown_allowed,
-     .field = FIELD(Group, AllowedUPSShutdown),
-     .words = Words::on_off,
-     .live = exists},
-    {.act = Act::number,
-     .lead = "           6.1 - ",
-     .label = text::group_ups_shutdown_delay,
-     .field = FIELD(Group, UPSShutdownDelay),
-     .high = largest,
-     .live = ups_shutdown},
-    {},
-    {.act = Act::open,
-     .lead = "       7 - ",
-     .label = text::group_members,
-     .live = exists,
-     .open = [](const Subject& s) { gr_ups(s.index); }},
-    {},
-    {.act = Act::open,
-     .lead = "       8 - ",
-     .label = text::group_events,
-     .live = exists,
-     .open = [](const Subject& s) { gr_event(s.index); }},
-    {.act = Act::open,
-     .lead = "       9 - ",
-     .label = text::load_profile,
-     .live = exists,
-     .open = [](const Subject& s) { load_profile(s.index); }},
-    {.act = Act::open,
-     .lead = "      10 - ",
-     .label = text::save_profile,
-     .live = exists,
-     .open = [](const Subject& s) { save_profile(s.index); }},
-    {},
-    {.act = Act::back, .lead = "       0 - ", .label = text::back},
+constexpr Row group_rows[] = {
+    open("1", text::delete_entry, delete_group),
+    words("2", text::name, FIELD(Group, Name)).without_colon(),
+    custom("3", text::redundancy_level, redundancy, next_redundancy).in_brackets().live_if(exists),
+    rule,
+    flag("4", text::battery_shutdown_allowed, FIELD(Group, AllowedBatteryShutdown))
+        .on_off()
+        .live_if(exists),
+    number("4.1", text::battery_runtime_limit, FIELD(Group, BatteryRuntimeShutdown), 0, largest)
+        .live_if(battery_shutdown),
+    flag("5", text::group_shutdown_allowed, FIELD(Group, AllowedSystemShutdown))
+        .on_off()
+        .live_if(exists),
+    number("5.1", text::group_shutdown_delay, FIELD(Group, SystemShutdownDelay), 0, largest)
+        .live_if(system_shutdown),
+    flag("6", text::group_ups_shutdown_allowed, FIELD(Group, AllowedUPSShutdown))
+        .on_off()
+        .live_if(exists),
+    number("6.1", text::group_ups_shutdown_delay, FIELD(Group, UPSShutdownDelay), 0, largest)
+        .live_if(ups_shutdown),
+    rule,
+    open("7", text::group_members, opens<gr_ups, &Subject::group>).live_if(exists),
+    rule,
+    open("8", text::group_events, opens<gr_event, &Subject::group>).live_if(exists),
+    open("9", text::load_profile, opens<load_profile, &Subject::group>).live_if(exists),
+    open("10", text::save_profile, opens<save_profile, &Subject::group>).live_if(exists),
+    rule,
+    back,
 };
 
-const Screen group_screen{.start_row = compact,
-                          .title = text::group_title,
-                          .rows = group_rows,
-                          .entry = entry_of_group,
-                          .arrow_column = 4};
+constexpr Screen group_screen{.start_row = compact,
+                              .title = text::group_title,
+                              .rows = group_rows,
+                              .entry = entry_of_group,
+                              .arrow_column = 4};
 
 }  // namespace
 
 void print_group_param(int selected, int group) {
-  print_screen(group_screen, {.index = group}, selected);
+  print_screen(group_screen, {.group = group}, selected);
 }
 
 void group_param(int group) {
-  const Subject subject{.index = group};
+  const Subject subject{.group = group};
   if (!exists(subject)) {
     group_of(subject) = {};
     group_of(subject).AllowedUPSReboot = 1;

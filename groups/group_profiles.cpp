@@ -1,8 +1,9 @@
 #include "groups/group_profiles.h"
 
 #include "config/group_profile.h"
+#include "kit/value_entry.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
+#include "tui/screen.h"
 #include "tui/terminal.h"
 
 namespace {
@@ -15,7 +16,7 @@ int transfer_events(text::Id title, int group,
   char path[260] = "";
   print_frame(start_row, LangText[title]);
   print("\n\r%s :", LangText[title]);
-  print_escapeseq(show_cursor);
+  print_escapeseq(escape::show_cursor);
   ask_line(path, sizeof path, "");
   if (path[0] == '\0') return 0;
   const int error = transfer(path, INI1.group[group].events);

@@ -3,11 +3,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "config/line_reader.h"
 #include "tui/columns.h"
 #include "tui/diag.h"
+#include "tui/format.h"
 
 char* LangText[text_count];
 char LangFileVersion[32];
@@ -126,20 +128,16 @@ int AllocText() {
 
 int LoadText(int program, signed char language) {
   if (program < merlin || program > wren) return 2;
-  char path[program_dir_size + 32];
-  std::snprintf(path, sizeof path, program == skylark ? "%slang1_%02d.ini" : "%slang_%02d.ini",
-                ProgramDir, language);
-  char message[sizeof path + 32];
-  LineReader file(path);
+  const std::string path =
+      program_path(format("%s_%02d.ini", program == skylark ? "lang1" : "lang", language));
+  LineReader file(path.c_str());
   if (!file.opened()) {
-    std::snprintf(message, sizeof message, "\n\rCannot open file %s ", path);
-    printfc(message);
+    printfc(format("\n\rCannot open file %s ", path.c_str()).c_str());
     return 1;
   }
   LangFileVersion[0] = '\0';
   if (!find_section(file, headers[program])) {
-    std::snprintf(message, sizeof message, "\n\rCannot found section %s ", headers[program]);
-    printfc(message);
+    printfc(format("\n\rCannot found section %s ", headers[program]).c_str());
     return 2;
   }
   load_section(file);

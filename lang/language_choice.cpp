@@ -1,7 +1,6 @@
 #include "lang/language_choice.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -12,6 +11,7 @@
 #include "tui/columns.h"
 #include "tui/diag.h"
 #include "tui/editors.h"
+#include "tui/format.h"
 #include "tui/menu.h"
 #include "tui/screen.h"
 #include "tui/terminal.h"
@@ -21,9 +21,7 @@ namespace {
 /// Reads the first line of a language file into `name`. False when the file does not exist.
 bool read_language_name(int number, char (&name)[language_name_size]) {
   constexpr std::size_t first_line = 31;
-  char path[program_dir_size + 32];
-  std::snprintf(path, sizeof path, "%slang_%02d.ini", ProgramDir, number);
-  LineReader file(path);
+  LineReader file(program_path(format("lang_%02d.ini", number)).c_str());
   if (!file.opened()) return false;
   std::size_t length;
   if (file.next(name, first_line, length) && length != 0) {
@@ -120,11 +118,10 @@ void choice_language() {
     ++count;
     print("\n\r    %i. %s", count, printable(name).c_str());
   }
-  char prompt[32];
-  std::snprintf(prompt, sizeof prompt, "\n\r [%u-%u] : ", 1U, static_cast<unsigned>(count));
+  const std::string prompt = format("\n\r [1-%d] : ", count);
   const LineMode lines;
   const auto choice =
-      get_int(1, static_cast<std::uint16_t>(count), prompt, LangText[text::out_of_range]);
+      get_int(1, static_cast<std::uint16_t>(count), prompt.c_str(), LangText[text::out_of_range]);
   INI.system.Language = static_cast<std::uint8_t>(choice - 1);
   // The working copy still has the language of the file; the start-up loads again from `INI`.
   if (LoadText(harrier, static_cast<signed char>(INI1.system.Language)) != 0) {

@@ -1,6 +1,6 @@
 #include "menus/modem_menus.h"
 
-#include "menus/screen_kit.h"
+#include "kit/screens.h"
 
 namespace {
 
@@ -9,52 +9,26 @@ bool gsm_modem_allowed(const Subject&) { return INI1.sms_config.Allowed != 0; }
 
 // --- The dial-up modem --------------------------------------------------------------------------
 
-const Row modem_rows[] = {
-    {.act = Act::flag,
-     .lead = "      1 - ",
-     .label = text::modem_allowed,
-     .field = RECORD_FIELD(modem_config, Allowed),
-     .words = Words::yes_no_letter},
-    {.act = Act::text,
-     .lead = "      2 - ",
-     .label = text::serial_port,
-     .field = RECORD_FIELD(modem_config, Port),
-     .live = modem_allowed},
-    {.act = Act::text,
-     .lead = "      3 - [1] ",
-     .label = text::first_number,
-     .field = RECORD_FIELD(modem_config, Number1),
-     .live = modem_allowed},
-    {.act = Act::text,
-     .lead = "      4 - [2] ",
-     .label = text::second_number,
-     .field = RECORD_FIELD(modem_config, Number2),
-     .live = modem_allowed},
-    {.act = Act::number,
-     .lead = "      5 - ",
-     .label = text::call_repeats,
-     .field = RECORD_FIELD(modem_config, Repeat),
-     .low = 0,
-     .high = 99,
-     .live = modem_allowed},
-    {.act = Act::number,
-     .lead = "      6 - ",
-     .label = text::call_delay,
-     .field = RECORD_FIELD(modem_config, Delay),
-     .low = 0,
-     .high = 99,
-     .live = modem_allowed},
-    {.act = Act::flag,
-     .lead = "      7 - ",
-     .label = text::incoming_calls,
-     .field = RECORD_FIELD(modem_config, IncommingAllowed),
-     .words = Words::yes_no_letter,
-     .live = modem_allowed},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row modem_rows[] = {
+    flag("1", text::modem_allowed, FIELD(Record, modem_config.Allowed)).one_letter(),
+    words("2", text::serial_port, FIELD(Record, modem_config.Port)).live_if(modem_allowed),
+    words("3", text::first_number, FIELD(Record, modem_config.Number1))
+        .marked("[1] ")
+        .live_if(modem_allowed),
+    words("4", text::second_number, FIELD(Record, modem_config.Number2))
+        .marked("[2] ")
+        .live_if(modem_allowed),
+    number("5", text::call_repeats, FIELD(Record, modem_config.Repeat), 0, 99)
+        .live_if(modem_allowed),
+    number("6", text::call_delay, FIELD(Record, modem_config.Delay), 0, 99).live_if(modem_allowed),
+    flag("7", text::incoming_calls, FIELD(Record, modem_config.IncommingAllowed))
+        .one_letter()
+        .live_if(modem_allowed),
+    rule,
+    back,
 };
 
-const Screen modem_screen{.start_row = 2, .title = text::modem_title, .rows = modem_rows};
+constexpr Screen modem_screen{.start_row = 2, .title = text::modem_title, .rows = modem_rows};
 
 // --- The GSM modem ------------------------------------------------------------------------------
 
@@ -75,49 +49,29 @@ int gsm_step(const Subject& subject, int from, int to) {
   return to;
 }
 
-const Row gsm_modem_rows[] = {
-    {.act = Act::flag,
-     .lead = "      1 - ",
-     .label = text::gsm_modem_allowed,
-     .field = RECORD_FIELD(sms_config, Allowed),
-     .words = Words::yes_no_letter},
-    {.act = Act::text,
-     .lead = "      2 - ",
-     .label = text::serial_port,
-     .field = RECORD_FIELD(sms_config, Port),
-     .shown = gsm_modem_allowed},
-    {.act = Act::text,
-     .lead = "      3 - ",
-     .label = text::sms_centre,
-     .field = RECORD_FIELD(sms_config, SMSCentre),
-     .shown = gsm_modem_allowed},
-    {.act = Act::custom,
-     .lead = "      4 - ",
-     .label = text::gsm_modem_type,
-     .shown = gsm_modem_allowed,
-     .value = gsm_type,
-     .bracketed = true,
-     .open = toggle_gsm_type},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row gsm_modem_rows[] = {
+    flag("1", text::gsm_modem_allowed, FIELD(Record, sms_config.Allowed)).one_letter(),
+    words("2", text::serial_port, FIELD(Record, sms_config.Port)).shown_if(gsm_modem_allowed),
+    words("3", text::sms_centre, FIELD(Record, sms_config.SMSCentre)).shown_if(gsm_modem_allowed),
+    custom("4", text::gsm_modem_type, gsm_type, toggle_gsm_type)
+        .in_brackets()
+        .shown_if(gsm_modem_allowed),
+    rule,
+    back,
 };
 
-const Screen gsm_modem_screen{
+constexpr Screen gsm_modem_screen{
     .start_row = 2, .title = text::gsm_modem_title, .rows = gsm_modem_rows, .step = gsm_step};
 
 // --- WAP ----------------------------------------------------------------------------------------
 
-const Row wap_rows[] = {
-    {.act = Act::flag,
-     .lead = "      1 - ",
-     .label = text::wap_allowed,
-     .field = RECORD_FIELD(wap_config, Allowed),
-     .words = Words::yes_no_letter},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row wap_rows[] = {
+    flag("1", text::wap_allowed, FIELD(Record, wap_config.Allowed)).one_letter(),
+    rule,
+    back,
 };
 
-const Screen wap_screen{.start_row = 4, .title = text::wap_title, .rows = wap_rows};
+constexpr Screen wap_screen{.start_row = 4, .title = text::wap_title, .rows = wap_rows};
 
 }  // namespace
 

@@ -1,8 +1,9 @@
 #include "menus/system_menu.h"
 
+#include "kit/screens.h"
+#include "kit/value_entry.h"
 #include "lang/language_choice.h"
 #include "menus/network_menu.h"
-#include "menus/screen_kit.h"
 
 namespace {
 
@@ -43,67 +44,31 @@ void choose_language(const Subject&) {
   note_shown_language();
 }
 
-const Row system_rows[] = {
-    {.act = Act::text,
-     .lead = "      1 - ",
-     .label = text::system_name,
-     .field = RECORD_FIELD(system, Name)},
-    {.act = Act::text,
-     .lead = "      2 - ",
-     .label = text::location,
-     .field = RECORD_FIELD(system, Location)},
-    {.act = Act::text,
-     .lead = "      3 - ",
-     .label = text::contact,
-     .field = RECORD_FIELD(system, Contact)},
-    {},
-    {.act = Act::custom,
-     .lead = "      4 - ",
-     .label = text::language,
-     .value = [](const Subject&) { return std::string(shown_language); },
-     .open = choose_language},
-    {},
-    {.act = Act::flag,
-     .lead = "      5 - ",
-     .label = text::event_log,
-     .field = RECORD_FIELD(system, EventLog)},
-    {.act = Act::flag,
-     .lead = "      6 - ",
-     .label = text::data_log,
-     .field = RECORD_FIELD(system, DataLog)},
-    {.act = Act::number,
-     .lead = "          6.1 - ",
-     .label = text::data_log_rate,
-     .field = RECORD_FIELD(system, DataLogRate),
-     .low = 1,
-     .high = 1000,
-     .live = logging},
-    {.act = Act::number,
-     .lead = "          6.2 - ",
-     .label = text::data_log_min,
-     .field = RECORD_FIELD(system, DataLogMin),
-     .low = 1,
-     .high = 30000,
-     .live = logging,
-     .settle = keep_min_below_max},
-    {.act = Act::number,
-     .lead = "          6.3 - ",
-     .label = text::data_log_max,
-     .field = RECORD_FIELD(system, DataLogMax),
-     .low = 1,
-     .high = 30000,
-     .live = logging,
-     .settle = keep_max_above_min},
-    {},
-    {.act = Act::open,
-     .lead = "      7 - ",
-     .label = text::network_parameters,
-     .open = [](const Subject&) { network_param(); }},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+std::string language(const Subject&) { return shown_language; }
+
+constexpr Row system_rows[] = {
+    words("1", text::system_name, FIELD(Record, system.Name)),
+    words("2", text::location, FIELD(Record, system.Location)),
+    words("3", text::contact, FIELD(Record, system.Contact)),
+    rule,
+    custom("4", text::language, language, choose_language),
+    rule,
+    flag("5", text::event_log, FIELD(Record, system.EventLog)),
+    flag("6", text::data_log, FIELD(Record, system.DataLog)),
+    number("6.1", text::data_log_rate, FIELD(Record, system.DataLogRate), 1, 1000).live_if(logging),
+    number("6.2", text::data_log_min, FIELD(Record, system.DataLogMin), 1, 30000)
+        .live_if(logging)
+        .then(keep_min_below_max),
+    number("6.3", text::data_log_max, FIELD(Record, system.DataLogMax), 1, 30000)
+        .live_if(logging)
+        .then(keep_max_above_min),
+    rule,
+    open("7", text::network_parameters, opens<network_param>),
+    rule,
+    back,
 };
 
-const Screen system_screen{
+constexpr Screen system_screen{
     .start_row = 0, .title = text::system_parameters_title, .rows = system_rows};
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "schedule/parallel_functions.h"
 
 #include "groups/group_param.h"
+#include "kit/screens.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
 
 namespace {
 
@@ -11,26 +11,19 @@ bool groups_enabled(const Subject&) { return INI1.system.EnabledGroups != 0; }
 // --- The groups ---------------------------------------------------------------------------------
 
 /// Every group looks unused here, whatever its name; the number alone tells them apart.
-void print_group_line(const Subject&, int item) {
-  print_list_number(item);
-  print_value(LangText[text::unused], number_columns);
-}
+void print_group_line(const Subject&, int) { print_value(LangText[text::unused]); }
 
-int open_group(const Subject&, int item) {
-  group_param(item - 1);
-  return item;
-}
+void open_group(const Subject&, int item) { group_param(item - 1); }
 
-const Row group_list_rows[] = {
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row group_list_rows[] = {
+    rule,
+    back.unaligned(),  // under the tens of the numbers, unlike on other screens
 };
-const Screen group_list{.start_row = 2,
-                        .title = text::groups,
-                        .rows = group_list_rows,
-                        .listed = group_count,
-                        .list_line = print_group_line,
-                        .list_enter = open_group};
+constexpr Screen group_list{
+    .start_row = 2,
+    .title = text::groups,
+    .list = {.count = group_count, .line = print_group_line, .enter = open_group},
+    .rows = group_list_rows};
 
 // --- The functions ------------------------------------------------------------------------------
 
@@ -40,36 +33,20 @@ int skip_four_going_up(const Subject& s, int from, int to) {
   return from == 8 && !groups_enabled(s) ? 3 : to;
 }
 
-const Row function_rows[] = {
-    {.act = Act::flag,
-     .lead = "      1 - ",
-     .label = text::groups_enabled,
-     .field = RECORD_FIELD(system, EnabledGroups)},
-    {.act = Act::flag,
-     .lead = "      2 - ",
-     .label = text::device_actions,
-     .field = RECORD_FIELD(system, DeviceActions)},
-    {.act = Act::flag,
-     .lead = "      3 - ",
-     .label = text::lost_communication_alarm,
-     .field = RECORD_FIELD(system, LostCommRaiseAlarm)},
-    {.act = Act::flag,
-     .lead = "      4 - ",
-     .label = text::no_single_shutdown,
-     .field = RECORD_FIELD(system, DisableShutdownForSingleUPS)},
-    {},
-    {.act = Act::open,
-     .lead = "      5 - ",
-     .label = text::groups,
-     .live = groups_enabled,
-     .open = [](const Subject&) { run_screen(group_list); }},
-    {},
-    {.act = Act::back, .lead = "      0 - ", .label = text::back},
+constexpr Row function_rows[] = {
+    flag("1", text::groups_enabled, FIELD(Record, system.EnabledGroups)),
+    flag("2", text::device_actions, FIELD(Record, system.DeviceActions)),
+    flag("3", text::lost_communication_alarm, FIELD(Record, system.LostCommRaiseAlarm)),
+    flag("4", text::no_single_shutdown, FIELD(Record, system.DisableShutdownForSingleUPS)),
+    rule,
+    open("5", text::groups, &group_list).live_if(groups_enabled),
+    rule,
+    back,
 };
-const Screen functions_screen{.start_row = 2,
-                              .title = text::parallel_functions,
-                              .rows = function_rows,
-                              .step = skip_four_going_up};
+constexpr Screen functions_screen{.start_row = 2,
+                                  .title = text::parallel_functions,
+                                  .rows = function_rows,
+                                  .step = skip_four_going_up};
 
 }  // namespace
 

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <ctime>
 
+#include "kit/screens.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
 #include "schedule/schedule_editor.h"
 #include "schedule/schedule_texts.h"
 #include "schedule/upcoming.h"
+#include "tui/format.h"
 #include "tui/menu.h"
 #include "tui/terminal.h"
 
@@ -37,8 +38,8 @@ void print_upcoming_line(const std::tm& minute, const ScheduleEntry& entry) {
   std::string line = format("%02d.%02d.%04d %02d:%02d ", minute.tm_mday, minute.tm_mon + 1,
                             minute.tm_year + 1900, minute.tm_hour, minute.tm_min) +
                      schedule_ups(entry);
-  put("\n\r");
-  print_cut(dopln(line, head_columns, " ") + schedule_action(entry), 0);
+  begin_line();
+  print_cut(dopln(line, head_columns, " ") + schedule_action(entry));
 }
 
 void upcoming_actions(const Subject&) {
@@ -72,35 +73,30 @@ void print_schedule_line(const Subject&, int item) {
   constexpr int name_columns = 16;
   constexpr int column = 25;
   const ScheduleEntry& entry = INI1.schedule[item - 1];
-  print_list_number(item);
   if (entry.action == 0) {
-    print_value(LangText[text::unused], number_columns);
+    print_value(LangText[text::unused]);
     return;
   }
   std::string action = schedule_ups(entry);
   dopln(action, name_columns, " ") += schedule_keyword(entry);
   std::string time = schedule_short_time(entry);
-  print_value(dopln(action, column, " ") + " " + dopln(time, column, " "), number_columns);
+  print_value(dopln(action, column, " ") + " " + dopln(time, column, " "));
 }
 
-int edit_schedule(const Subject&, int item) {
-  sch_param(item - 1);
-  return item;
-}
+void edit_schedule(const Subject&, int item) { sch_param(item - 1); }
 
-const Row schedule_list_rows[] = {
-    {},
-    {.act = Act::open, .lead = "      17 - ", .label = text::upcoming, .open = upcoming_actions},
-    {},
-    {.act = Act::back, .lead = "       0 - ", .label = text::back},
+constexpr Row schedule_list_rows[] = {
+    rule,
+    open("17", text::upcoming, upcoming_actions),
+    rule,
+    back,
 };
 
-const Screen schedule_list_screen{.start_row = compact,
-                                  .title = text::schedules_title,
-                                  .rows = schedule_list_rows,
-                                  .listed = schedule_count,
-                                  .list_line = print_schedule_line,
-                                  .list_enter = edit_schedule};
+constexpr Screen schedule_list_screen{
+    .start_row = compact,
+    .title = text::schedules_title,
+    .list = {.count = schedule_count, .line = print_schedule_line, .enter = edit_schedule},
+    .rows = schedule_list_rows};
 
 }  // namespace
 

@@ -4,11 +4,11 @@
 #include <iterator>
 
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
 #include "schedule/calendar.h"
-#include "schedule/encoding.h"
+#include "schedule/firing.h"
 #include "tui/columns.h"
-#include "ups/ups_line.h"
+#include "tui/format.h"
+#include "ups/ups_slot.h"
 
 namespace {
 
@@ -51,15 +51,15 @@ std::string schedule_short_time(const ScheduleEntry& entry) {
   const std::tm at = local_time(entry.time);
   const int hour = at.tm_hour;
   const int minute = at.tm_min;
-  switch (entry.type) {
-    case once:
+  switch (Repetition{entry.type}) {
+    case Repetition::once:
       return format("[%s - %02d:%02d]", date(at).c_str(), hour, minute);
-    case daily:
+    case Repetition::daily:
       return format("[D - %02d:%02d]", hour, minute);
-    case weekly:
+    case Repetition::weekly:
       return format("[W - %s - %02d:%02d]",
                     std::string(first_characters(weekday(entry), 3)).c_str(), hour, minute);
-    case monthly:
+    case Repetition::monthly:
       return format("[M - %d - %02d:%02d]", entry.day, hour, minute);
     default:
       return LangText[text::schedule_not_set];
@@ -70,14 +70,14 @@ std::string schedule_time(const ScheduleEntry& entry) {
   const std::tm at = local_time(entry.time);
   const int hour = at.tm_hour;
   const int minute = at.tm_min;
-  switch (entry.type) {
-    case once:
+  switch (Repetition{entry.type}) {
+    case Repetition::once:
       return format("%s - %s - %02d:%02d", LangText[text::once], date(at).c_str(), hour, minute);
-    case daily:
+    case Repetition::daily:
       return format("%s - %02d:%02d", LangText[text::daily], hour, minute);
-    case weekly:
+    case Repetition::weekly:
       return format("%s - %s - %02d:%02d", LangText[text::weekly], weekday(entry), hour, minute);
-    case monthly:
+    case Repetition::monthly:
       return format("%s - %d - %02d:%02d", LangText[text::monthly], entry.day, hour, minute);
     default:
       return LangText[text::schedule_not_set];

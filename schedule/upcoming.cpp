@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "schedule/encoding.h"
+#include "schedule/firing.h"
 
 namespace {
 

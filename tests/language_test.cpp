@@ -6,8 +6,8 @@
 #include <regex>
 #include <sstream>
 
-#include "menus/screen_kit.h"
 #include "tests/tables.h"
+#include "tui/format.h"
 
 namespace {
 

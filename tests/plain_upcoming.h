@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "schedule/encoding.h"
+#include "schedule/firing.h"
 #include "schedule/upcoming.h"
 
 using Lines = std::vector<std::string>;

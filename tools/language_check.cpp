@@ -9,10 +9,10 @@
 
 #include "lang/lang_text.h"
 #include "lang/text_ids.h"
-#include "menus/screen_kit.h"
 #include "tools/language_file.h"
 #include "tui/columns.h"
 #include "tui/editors.h"
+#include "tui/format.h"
 
 namespace {
 

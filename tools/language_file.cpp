@@ -11,9 +11,9 @@
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
 #include "lang/text_ids.h"
-#include "menus/screen_kit.h"
 #include "tui/columns.h"
 #include "tui/diag.h"
+#include "tui/format.h"
 
 namespace {
 

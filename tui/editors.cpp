@@ -80,7 +80,7 @@ void print_refusal(const char* message) {
 
 void get_str(char* destination, std::size_t size, const char* prompt) {
   print("\n%s\t", prompt);
-  print_escapeseq(value);
+  print_escapeseq(escape::value);
   edit_text(destination, size, false);
 }
 
@@ -103,7 +103,7 @@ std::uint16_t get_int1(std::uint16_t minimum, std::uint16_t maximum, std::uint16
   std::uint32_t number = current;
   const bool kept = typed.empty() || typed[0] == '\033';
   if (!kept) number = static_cast<std::uint32_t>(std::strtol(typed.c_str(), nullptr, 10));
-  print_escapeseq(normal);
+  print_escapeseq(escape::normal);
   if (kept) return current;
   if (number >= minimum && number <= maximum) return static_cast<std::uint16_t>(number);
   print_refusal(refusal);
@@ -164,7 +164,7 @@ int getnum(const char* text, std::uint16_t& result) {
 int run_command(const char* command) { return run_in_terminal(command); }
 
 void menu_insert_value(const char* label) {
-  print_escapeseq(clear_screen);
+  print_escapeseq(escape::clear_screen);
   cursor_gotopos(7, 0, 0);
   print_line(1);
   print_line(3);
@@ -173,5 +173,5 @@ void menu_insert_value(const char* label) {
   print_line(1);
   print_line(0);
   print("\n\r      %s:\t", label);
-  print_escapeseq(value);
+  print_escapeseq(escape::value);
 }

@@ -43,7 +43,7 @@ const signed char seq_escape[10][11] = {
 };
 
 void print_escapeseq(int index) {
-  if (index == clear_screen) begin_screen();
+  if (index == escape::clear_screen) begin_screen();
   const signed char* entry = seq_escape[index];
   put({reinterpret_cast<const char*>(entry) + 1, static_cast<std::size_t>(entry[0])});
 }
@@ -93,7 +93,7 @@ std::string& dopln(std::string& text, int width, std::string_view fill) {
 void beep() { put("\a"); }
 
 void print_frame(int start_row, std::string_view title) {
-  print_escapeseq(clear_screen);
+  print_escapeseq(escape::clear_screen);
   if (start_row == compact) {
     cursor_gotopos(1, 0, 0);
     print_line(4);

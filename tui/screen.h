@@ -7,7 +7,8 @@
 /// frame is 70 columns wide, whatever the language.
 
 /// The entries of `seq_escape`, control sequences of ECMA-48 and of the VT100 family.
-enum Escape {
+namespace escape {
+enum Index {
   clear_screen,
   hide_cursor,
   show_cursor,
@@ -19,6 +20,7 @@ enum Escape {
   off,     // bright red
   off_mark
 };
+}  // namespace escape
 
 /// Byte 0 of an entry is the number of bytes to send, the bytes follow.
 extern const signed char seq_escape[10][11];

@@ -9,13 +9,13 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 
+#include "tui/format.h"
 #include "tui/terminal_state.h"
 
 namespace {
@@ -98,22 +98,10 @@ volatile std::sig_atomic_t woken = 0;
 
 // --- Output -------------------------------------------------------------------------------------
 
-void print(const char* format, ...) {
-  char text[512];
+void print(const char* form, ...) {
   va_list arguments;
-  va_start(arguments, format);
-  va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(text, sizeof text, format, arguments);
-  if (length > 0 && static_cast<std::size_t>(length) < sizeof text) {
-    output.append(text, static_cast<std::size_t>(length));
-  } else if (length > 0) {
-    const std::size_t used = output.size();
-    output.resize(used + static_cast<std::size_t>(length) + 1);
-    std::vsnprintf(output.data() + used, static_cast<std::size_t>(length) + 1, format, again);
-    output.pop_back();
-  }
-  va_end(again);
+  va_start(arguments, form);
+  append_format(output, form, arguments);
   va_end(arguments);
 }
 

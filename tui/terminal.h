@@ -13,7 +13,7 @@
 // --- Output -------------------------------------------------------------------------------------
 
 /// Adds to the buffer, as printf does.
-void print(const char* format, ...) __attribute__((format(printf, 1, 2)));
+void print(const char* form, ...) __attribute__((format(printf, 1, 2)));
 
 /// Adds bytes as they are.
 void put(std::string_view bytes);

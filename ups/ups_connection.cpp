@@ -3,16 +3,20 @@
 #include <algorithm>
 #include <iterator>
 
+#include "kit/password_entry.h"
+#include "kit/screens.h"
+#include "kit/value_entry.h"
 #include "lang/lang_text.h"
-#include "menus/password_entry.h"
-#include "menus/screen_kit.h"
+#include "tui/format.h"
 #include "ups/ups_line.h"
 
 namespace {
 
 constexpr std::size_t password_size = 120;
 
-UPS& ups_of(const Subject& s) { return INI1.ups[s.index]; }
+UPS& ups_of(const Subject& s) { return INI1.ups[s.ups]; }
+
+void* entry_of_ups(const Subject& s) { return &ups_of(s); }
 
 bool on_serial_line(const Subject& s) { return ups_of(s).Connection == serial_link; }
 bool on_tcp_ip(const Subject& s) { return ups_of(s).Connection == tcp_ip_link; }
@@ -81,69 +85,32 @@ int change_password(const Subject& s, int item) {
   return enter_password(ups_of(s).Password, password_size, item);
 }
 
-const Row connection_rows[] = {
-    {.act = Act::custom,
-     .lead = "      1 - ",
-     .label = text::connection,
-     .value = link_name,
-     .bracketed = true,
-     .open = change_link},
-    {},
-    {.act = Act::text,
-     .lead = "          1.2 - ",
-     .label = text::serial_port,
-     .field = FIELD(UPS, Port),
-     .live = on_serial_line},
-    {.act = Act::custom,
-     .lead = "          1.3 - ",
-     .label = text::device_address,
-     .live = on_serial_line,
-     .value = [](const Subject& s) { return format("%02u", unsigned{ups_of(s).Address}); },
-     .open = edit_address},
-    {},
-    {.act = Act::custom,
-     .lead = "          2.1 - ",
-     .label = text::ip_address,
-     .live = on_network,
-     .value = network_address,
-     .open = edit_network_address},
-    {.act = Act::number,
-     .lead = "          2.2 - ",
-     .label = text::ups_port,
-     .field = FIELD(UPS, Device),
-     .low = 1,
-     .high = 65535,
-     .live = on_network},
+std::string device_address(const Subject& s) { return format("%02u", unsigned{ups_of(s).Address}); }
+
+constexpr Row connection_rows[] = {
+    custom("1", text::connection, link_name, change_link).in_brackets(),
+    rule,
+    words("1.2", text::serial_port, FIELD(UPS, Port)).live_if(on_serial_line),
+    custom("1.3", text::device_address, device_address, edit_address).live_if(on_serial_line),
+    rule,
+    custom("2.1", text::ip_address, network_address, edit_network_address).live_if(on_network),
+    number("2.2", text::ups_port, FIELD(UPS, Device), 1, 65535).live_if(on_network),
     // Switched on, the check value is 1: a password is wanted, and the next item sets it.
-    {.act = Act::flag,
-     .lead = "          2.3 - ",
-     .label = text::password_on,
-     .field = FIELD(UPS, Password),
-     .live = on_tcp_ip},
-    {.act = Act::open,
-     .lead = "              2.3.1 - ",
-     .label = text::enter_password,
-     .live = has_password,
-     .enter = change_password},
-    {},
+    flag("2.3", text::password_on, FIELD(UPS, Password)).live_if(on_tcp_ip),
+    open("2.3.1", text::enter_password, change_password).live_if(has_password),
+    rule,
     // A link of a kind that we do not know holds the arrow on item 1, and Enter does not change it:
     // such a file is for an editor of texts.
-    {.act = Act::back,
-     .lead = "      0 - ",
-     .label = text::back,
-     .live = known_link,
-     .shown = always},
+    back.live_if(known_link).shown_if(always),
 };
 
-const Screen connection_screen{.start_row = 2,
-                               .title = text::connection,
-                               .rows = connection_rows,
-                               .entry = [](const Subject& s) -> void* { return &ups_of(s); }};
+constexpr Screen connection_screen{
+    .start_row = 2, .title = text::connection, .rows = connection_rows, .entry = entry_of_ups};
 
 }  // namespace
 
 void print_ups_conn_param(int selected, int slot) {
-  print_screen(connection_screen, {.index = slot}, selected);
+  print_screen(connection_screen, {.ups = slot}, selected);
 }
 
-void ups_conn_param(int slot) { run_screen(connection_screen, {.index = slot}); }
+void ups_conn_param(int slot) { run_screen(connection_screen, {.ups = slot}); }

@@ -1,10 +1,12 @@
 #include "ups/ups_line.h"
 
 #include "config/record.h"
+#include "kit/screens.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
 #include "tui/columns.h"
+#include "tui/format.h"
 #include "ups/type_code.h"
+#include "ups/ups_slot.h"
 
 namespace {
 
@@ -35,7 +37,7 @@ std::string link(int slot, LinkValues rfc1628) {
   }
 }
 
-/// What stands behind the number of a slot.
+/// What a list shows after the number of a slot.
 std::string described(int slot, LinkValues rfc1628) {
   if (!ups_in_use(slot)) return LangText[text::unused];
   std::string name = shown(INI1.ups[slot].Name);
@@ -46,21 +48,10 @@ std::string described(int slot, LinkValues rfc1628) {
 
 }  // namespace
 
-void print_ups_line(int item, LinkValues rfc1628) {
-  print_list_number(item);
-  print_value(described(item - 1, rfc1628), number_columns);
-}
+void print_ups_line(int slot, LinkValues rfc1628) { print_value(described(slot, rfc1628)); }
 
 std::string ups_model(int slot) {
   const std::string code(INI1.ups[slot].Type.view());
   return FindUpsModelTxt(code.c_str()) == nullptr ? LangText[text::unknown_model]
                                                   : printable(FindModel.text);
-}
-
-bool ups_in_use(int slot) { return slot >= 0 && slot < ups_count && !INI1.ups[slot].Name.empty(); }
-
-int ups_used() {
-  int used = 0;
-  for (int slot = 0; slot < ups_count; ++slot) used += ups_in_use(slot) ? 1 : 0;
-  return used;
 }

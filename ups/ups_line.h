@@ -13,15 +13,9 @@ enum Link : std::uint16_t { serial_link = 0, snmp_link = 2, tcp_ip_link = 3, rfc
 /// edited.
 enum class LinkValues { saved, edited };
 
-/// Prints line `item`, 1 to 16, of a list of all slots: its number, then name, model and link in
+/// Prints what a list of all slots shows after the number of `slot`: name, model and link in
 /// columns, or text 335 for a free slot.
-void print_ups_line(int item, LinkValues rfc1628);
+void print_ups_line(int slot, LinkValues rfc1628);
 
 /// The model of a UPS: its type code when that decodes, otherwise text 249.
 std::string ups_model(int slot);
-
-/// Whether a slot is in use; false for a number outside the table.
-bool ups_in_use(int slot);
-
-/// How many slots are in use.
-int ups_used();

@@ -1,39 +1,31 @@
 #include "ups/ups_list.h"
 
-#include "menus/screen_kit.h"
+#include "kit/screens.h"
 #include "schedule/parallel_functions.h"
 #include "ups/ups_line.h"
 #include "ups/ups_param.h"
+#include "ups/ups_slot.h"
 
 namespace {
 
-void print_slot(const Subject&, int item) { print_ups_line(item, LinkValues::saved); }
+void print_slot(const Subject&, int item) { print_ups_line(item - 1, LinkValues::saved); }
 
-int open_slot(const Subject&, int item) {
-  ups_param(item - 1);
-  return item;
-}
+void open_slot(const Subject&, int item) { ups_param(item - 1); }
 
 /// A single UPS has nothing to work in parallel with.
 bool several_in_use(const Subject&) { return ups_used() > 1; }
 
-const Row list_rows[] = {
-    {},
-    {.act = Act::open,
-     .lead = "      17 - ",
-     .label = text::parallel_functions,
-     .live = several_in_use,
-     .open = [](const Subject&) { paralel_fnc(); }},
-    {},
-    {.act = Act::back, .lead = "       0 - ", .label = text::back},
+constexpr Row list_rows[] = {
+    rule,
+    open("17", text::parallel_functions, opens<paralel_fnc>).live_if(several_in_use),
+    rule,
+    back,
 };
 
-const Screen list_screen{.start_row = compact,
-                         .title = text::ups_list,
-                         .rows = list_rows,
-                         .listed = ups_count,
-                         .list_line = print_slot,
-                         .list_enter = open_slot};
+constexpr Screen list_screen{.start_row = compact,
+                             .title = text::ups_list,
+                             .list = {.count = ups_count, .line = print_slot, .enter = open_slot},
+                             .rows = list_rows};
 
 }  // namespace
 

@@ -1,17 +1,18 @@
-#include "menus/password_entry.h"
+#include "kit/password_entry.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "config/password.h"
+#include "kit/value_entry.h"
 #include "lang/lang_text.h"
-#include "menus/screen_kit.h"
+#include "tui/screen.h"
 
 int enter_password(std::uint16_t& password, std::size_t size, int item) {
   constexpr int start_row = 9;
   char typed[256] = {};
   print_frame(start_row, LangText[text::enter_password]);
-  print_escapeseq(show_cursor);
+  print_escapeseq(escape::show_cursor);
   ask_line(typed, std::min(size, sizeof typed), LangText[text::new_value]);
   const bool any = typed[0] != '\0';
   password = CalculatePassword(typed);

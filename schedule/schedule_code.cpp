@@ -1,8 +1,7 @@
-#include "schedule/encoding.h"
+#include "schedule/schedule_code.h"
 
 #include <string>
 
-ScheduleEntry ShedAction;
 ScheduleEntry ShedAction1;
 
 namespace {
@@ -66,41 +65,4 @@ void DecodeSchedules() {
 
 std::uint8_t get_hex(const char* text) {
   return static_cast<std::uint8_t>(digit(text[0]) * 16 + digit(text[1]));
-}
-
-int TestSchedules(std::int64_t now, const Record& record, int index) {
-  const std::int64_t minute = minute_of(now);
-  const auto minute_time = static_cast<std::time_t>(minute);
-  const std::tm* local = std::localtime(&minute_time);
-  const ScheduleEntry& entry = record.schedule[index];
-  if (local == nullptr || entry.action == 0) return 0;
-
-  const std::tm now_local = *local;  // the next call uses the same memory
-  const auto entry_time = static_cast<std::time_t>(entry.time);
-  const std::tm* at = std::localtime(&entry_time);
-  if (at == nullptr || !schedule_fires(entry, *at, now_local, minute)) return 0;
-  ShedAction = entry;
-  return 1;
-}
-
-std::int64_t minute_of(std::int64_t now) {
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(now) / 60 * 60);
-}
-
-bool schedule_fires(const ScheduleEntry& entry, const std::tm& at, const std::tm& now,
-                    std::int64_t minute) {
-  if (now.tm_hour != at.tm_hour || now.tm_min != at.tm_min) return false;
-  if (entry.last / 60 == minute / 60) return false;
-  switch (entry.type) {
-    case once:
-      return now.tm_mday == at.tm_mday && now.tm_mon == at.tm_mon && now.tm_year == at.tm_year;
-    case daily:
-      return true;
-    case weekly:
-      return now.tm_wday == entry.day;
-    case monthly:
-      return now.tm_mday == entry.day;
-    default:
-      return false;
-  }
 }
