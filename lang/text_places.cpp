@@ -13,7 +13,7 @@ namespace places {
 constexpr int whole_line = 79;
 
 // Nothing cuts a switch: the number of the item, the label and the word share the line. A colon,
-// five columns of blanks and the brackets stand between the label and the word.
+// five blanks and the brackets stand between the label and the word.
 constexpr int between = 8;
 constexpr int after_number(int number_columns) { return whole_line - number_columns - between; }
 
@@ -42,7 +42,7 @@ constexpr Place label{50, "a label with a value"};
 constexpr Place title{62, "a title or an item of a menu"};
 constexpr Place title_end{62, "a title", Beside::enter_time};
 constexpr Place hint{77, "a hint below a name"};
-// The operator types the answer in the last column.
+// One column of the line remains for the answer.
 constexpr Place question{78, "a question", Beside::answers};
 constexpr Place message_line{79, "a message on a line of its own"};
 constexpr Place job_message{0, "the message of a job", Beside::nothing, true};
