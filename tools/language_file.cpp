@@ -11,14 +11,15 @@
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
 #include "lang/text_ids.h"
+#include "lang/text_places.h"
 #include "tui/columns.h"
 #include "tui/diag.h"
 #include "tui/format.h"
 
 namespace {
 
-/// Loads a language from `ProgramDir` as the program does: the texts up to the one where it stops
-/// reading. Returns 0 or what `AllocText` or `LoadText` returned.
+/// Loads a language from `ProgramDir` as the program does, up to the text where the program stops
+/// reading. Returns 0, ENOMEM, or what `LoadText` returned.
 int load_texts(int language, std::vector<std::string>& texts) {
   if (AllocText() != 0) return ENOMEM;
   const int result = LoadText(harrier, static_cast<signed char>(language));
@@ -34,23 +35,6 @@ bool set_program_dir(const std::string& folder) {
   if (folder.size() >= program_dir_size) return false;
   ProgramDir[folder.copy(ProgramDir, program_dir_size)] = '\0';
   return true;
-}
-
-/// The names of all texts that the program uses, by their numbers.
-std::map<int, std::string> load_names() {
-  static const std::regex row("\n *([a-z0-9_]+) = ([a-z0-9_]+)");
-  std::ifstream file(HARRIER_SOURCE_DIR "/lang/text_ids.h");
-  const std::string header(std::istreambuf_iterator<char>(file), {});
-  std::map<std::string, int> numbers;
-  std::map<int, std::string> names;
-  for (std::sregex_iterator at(header.begin(), header.end(), row), end; at != end; ++at) {
-    const auto other = numbers.find((*at)[2]);
-    const std::string name = (*at)[1];
-    numbers[name] = other != numbers.end() ? other->second : std::stoi((*at)[2]);
-    // The bases are not texts: what is added to them begins at 1 and at 22.
-    if (!name.ends_with("_base") && name != "last_used") names[numbers[name]] = name;
-  }
-  return names;
 }
 
 /// The lines of a file without their line ends.
@@ -87,8 +71,8 @@ void check_name(LanguageFile& file, const std::string& folder) {
   }
 }
 
-/// Takes the texts out of their lines, from line `at` on, and tells where that is not what the
-/// program does; `loaded` is what the program read.
+/// Reads the texts from line `at` on, and notes each line that the program reads differently or not
+/// at all. `loaded` holds the texts that the program read.
 void read_lines(LanguageFile& file, std::size_t at, const std::vector<std::string>& loaded) {
   static const std::regex key("String([0-9]{3,4})=");
   const std::size_t stop = at + loaded.size();
@@ -96,7 +80,7 @@ void read_lines(LanguageFile& file, std::size_t at, const std::vector<std::strin
   for (; at < file.lines.size() && !file.lines[at].starts_with('['); ++at) {
     const int line = static_cast<int>(at) + 1;
     std::smatch found;
-    // Behind the last text anything may follow.
+    // After the last text anything may follow.
     const bool is_text =
         std::regex_search(file.lines[at], found, key, std::regex_constants::match_continuous) &&
         format("%03d", std::stoi(found[1])) == found[1];
@@ -119,7 +103,7 @@ void read_lines(LanguageFile& file, std::size_t at, const std::vector<std::strin
     if (quoted) {
       text = text.substr(1, text.size() - 2);
     } else {
-      // The program takes something out of such a line too.
+      // The program reads a text from such a line too: take that one.
       if (at < stop) text = loaded[static_cast<std::size_t>(number)];
       file.note(line, format("text %d: must stand between two double quotes", number));
     }
@@ -143,7 +127,6 @@ int LanguageFile::read(const std::string& path) {
 
   number = std::stoi(found[2]);
   lines = split_lines(bytes);
-  names = load_names();
   check_name(*this, folder);
   std::vector<std::string> loaded;
   const int result = load_texts(number, loaded);
@@ -166,9 +149,9 @@ std::string LanguageFile::text(int id) const {
 
 void LanguageFile::note_text(int id, const std::string& message, bool remark) {
   const auto at = texts.lower_bound(id);
-  const auto name = names.find(id);
+  const text::Row* const row = text::find_row(id);
   std::string whole = format("text %d", id);
-  if (name != names.end()) whole += " (" + name->second + ")";
+  if (row != nullptr) whole += format(" (%s)", row->name);
   findings.push_back({at == texts.end() ? static_cast<int>(lines.size()) : at->second.line,
                       whole + ": " + message, remark});
 }
@@ -183,14 +166,13 @@ bool is_clean(std::string_view text) {
   return true;
 }
 
-std::vector<std::vector<std::string>> load_shipped() {
-  std::vector<std::vector<std::string>> shipped;
-  if (!set_program_dir(HARRIER_SOURCE_DIR "/languages/")) return shipped;
+std::vector<std::vector<std::string>> load_languages() {
+  std::vector<std::vector<std::string>> languages;
   for (int language = 0; language < language_count; ++language) {
     std::vector<std::string> texts;
     if (load_texts(language, texts) != 0) break;
     texts.resize(text_count);
-    shipped.push_back(texts);
+    languages.push_back(texts);
   }
-  return shipped;
+  return languages;
 }
