@@ -188,7 +188,7 @@ void take_terminal() {
   terminal.applied = Mode::as_found;
   held = 1;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
-    handle(signal, end_by_signal, SA_RESETHAND);
+    handle(signal, end_by_signal, static_cast<int>(SA_RESETHAND));
   }
   handle(SIGTSTP, stop_by_signal, 0);
   handle(SIGCONT, wake_by_signal, 0);
