@@ -110,7 +110,7 @@ void fill_tables() {
   number = 1;
   for (auto& text : LM) std::snprintf(text, sizeof text, "%s", LangText[number++]);
   const std::size_t used = std::strlen(LM[0]);
-  std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version 5.3.0");
+  std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version " HARRIER_VERSION);
 }
 
 }  // namespace
