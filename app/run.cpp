@@ -55,7 +55,7 @@ int run(const char* program) {
     FreeText();
     return fail("\n\rCannot load language strings file !", 5);
   }
-  copy_record(INI1, INI);  // the menus begin with what was loaded, whatever happened since
+  copy_record(INI1, INI);  // the menus edit a copy of what was loaded
   main_menu();
   if (DataChanged != 0) ask_and_save();
   print("\n\r");

@@ -28,11 +28,11 @@ constexpr const char* headers[] = {nullptr,     "[Merlin]",  "[Osprey]",
 
 constexpr std::size_t line_limit = 298;
 constexpr std::size_t key_length = 9;              // of "String000"
-constexpr std::size_t counted = key_length + 102;  // characters of a text line that count
+constexpr std::size_t counted = key_length + 102;  // bytes of a text line that count
 constexpr std::string_view version_key = "Version:";
 constexpr std::size_t version_size = 20;
 
-/// `prefix` and the number in at least three digits, as "%03d" has it.
+/// Writes `prefix` and the number, in at least three digits as for "%03d", and a terminator.
 void name_number(char* name, std::string_view prefix, int number) {
   name += prefix.copy(name, prefix.size());
   if (number >= 1000) *name++ = static_cast<char>('0' + number / 1000);
@@ -44,14 +44,14 @@ void name_number(char* name, std::string_view prefix, int number) {
 
 void set_default(int number) { name_number(LangText[number], "Text ", number); }
 
-/// A line before the section: without its line end. The last character goes whatever it is, so that
-/// a file must end its lines.
+/// Returns a line before the section without its line end. Drops the last character whatever it is:
+/// a header that ends the file without a line end is not found.
 std::string_view header_line(const char* line, std::size_t length) {
   if (length < 2) return {};
   return {line, line[length - 2] == '\r' ? length - 2 : length - 1};
 }
 
-/// A line of the section, without a line end if it has one.
+/// Returns what counts of a line of the section, without a line end if it has one.
 std::string_view text_line(const char* line, std::size_t length) {
   std::string_view text(line, length);
   if (text.ends_with('\n')) text.remove_suffix(1);
@@ -66,7 +66,7 @@ void note_version(std::string_view line) {
   LangFileVersion[version.copy(LangFileVersion, version_size)] = '\0';
 }
 
-/// Reads up to the header of the section. False when the file has none.
+/// Reads up to the header of the section. Returns false when the file does not have that header.
 bool find_section(LineReader& file, std::string_view header) {
   char line[line_limit + 1];
   std::size_t length;
@@ -78,7 +78,7 @@ bool find_section(LineReader& file, std::string_view header) {
   return false;
 }
 
-/// Takes text `number` out of its line. False when the line is another one.
+/// Stores text `number` from its line. Returns false when the line belongs to something else.
 bool store_text(int number, std::string_view line) {
   char key[key_length + 2];
   name_number(key, "String", number);
@@ -112,7 +112,7 @@ void fill_tables() {
   number = 1;
   for (auto& text : LM) std::snprintf(text, sizeof text, "%s", LangText[number++]);
   const std::size_t used = std::strlen(LM[0]);
-  std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version 5.3.0");
+  std::snprintf(LM[0] + used, sizeof LM[0] - used, "   [ %s ]", "Version " HARRIER_VERSION);
 }
 
 }  // namespace

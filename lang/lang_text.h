@@ -8,14 +8,14 @@
 constexpr int text_count = 1100;
 constexpr std::size_t text_size = 101;  // with the terminator
 
-/// The texts. Every entry points to its own `text_size` bytes from `AllocText` until `FreeText`;
-/// loading a language rewrites them in place, so pointers into the table stay valid.
+/// The texts. Every entry points to its own `text_size` bytes from `AllocText` until `FreeText`.
+/// Loading a language rewrites these bytes in place, so pointers to a text stay valid.
 extern char* LangText[text_count];
 
-/// The version that the file loaded last names before its section, or empty.
+/// The version of the file that was loaded last, or empty. The file says it before its section.
 extern char LangFileVersion[32];
 
-/// Words that only other programs of the family use; filled when their sections are loaded.
+/// Words that only other programs of the family use. Loading `merlin` or `skylark` fills them.
 extern char LM[50][100];
 extern char sys_mess[20][30];
 
@@ -26,12 +26,15 @@ enum LanguageProgram { merlin = 1, osprey, harrier, skylark, wren };
 /// there is no memory.
 int AllocText();
 
-/// Loads the section of `program` from the file of language `language` (two digits; the sibling
-/// program has files of its own). A text has its own line, `String000="..."` and so on, in strict
-/// order from the line behind the section's header: the first line that is not the next text ends
-/// the section, and the texts from there on stay as they are. Where the file ends, the rest become
-/// defaults. Returns 0 when the section was found, 1 when the file cannot be opened, 2 when it does
-/// not have the section; then no text has changed.
+/// Loads the section of `program` from `lang_NN.ini` beside the program. NN is `language` in two
+/// digits. The file of `skylark` is `lang1_NN.ini`.
+///
+/// Each text has a line of its own, `String000="..."` and so on, in strict order. The first line
+/// follows the section's header. A line that is not the next text ends the section, and the
+/// remaining texts stay as they are. At the end of the file the remaining texts become defaults.
+///
+/// Returns 0 when the section was found, 1 when the file cannot be opened, 2 when it does not have
+/// the section. After 1 and 2 no text has changed.
 int LoadText(int program, signed char language);
 
 /// Releases the texts. The table must not be read afterwards.

@@ -18,33 +18,33 @@
 
 namespace {
 
-/// Reads the first line of a language file into `name`. False when the file does not exist.
+/// Reads the first line of a language file into `name`. Returns false when there is no such file.
 bool read_language_name(int number, char (&name)[language_name_size]) {
   constexpr std::size_t first_line = 31;
   LineReader file(program_path(format("lang_%02d.ini", number)).c_str());
   if (!file.opened()) return false;
   std::size_t length;
   if (file.next(name, first_line, length) && length != 0) {
-    // The last character is the line end, or what a longer name is cut at.
+    // The last character goes. It is the line end, or the one too many of a longer name.
     name[cut_bytes({name, length}, length - 1).size()] = '\0';
   }
   return true;
 }
 
 int listed_languages(const LanguageNames& names) {
-  int count = 1;  // language 0 is listed whatever its name
+  int count = 1;  // language 0 is listed even without a name
   while (count < language_count && names[static_cast<std::size_t>(count)][0] != '\0') ++count;
   return count;
 }
 
-// More languages than fit below the small frame scroll with the arrow.
+// If the languages do not fit below the small frame, the list scrolls with the arrow.
 constexpr int screen_rows = 24;
 constexpr int list_start_row = 3;
 constexpr int lines_below = 4;          // rule, back item, blank line, rule
-constexpr int compact_lines_below = 3;  // the same without the blank line
+constexpr int compact_lines_below = 3;  // rule, back item, rule
 constexpr int arrow_column = 3;
 
-/// How the list lies on the screen: which languages are on it, and from which row on.
+/// What the screen shows of the list: the first language, how many, and below which frame.
 struct Layout {
   int start_row;
   int first;
@@ -62,7 +62,7 @@ Layout layout_of(int count, int selected) {
   return {compact, std::clamp(selected - shown, 0, count - shown), shown};
 }
 
-/// The line of the list that an item stands on, from 1 on.
+/// Returns the line of the list that shows `item`, counted from 1.
 int line_of(const Layout& layout, int count, int item) {
   return item <= count ? item - layout.first : layout.shown + item - count;
 }
@@ -123,7 +123,7 @@ void choice_language() {
   const auto choice =
       get_int(1, static_cast<std::uint16_t>(count), prompt.c_str(), LangText[text::out_of_range]);
   INI.system.Language = static_cast<std::uint8_t>(choice - 1);
-  // The working copy still has the language of the file; the start-up loads again from `INI`.
+  // The working copy still has the language of the file. The start-up loads again, from `INI`.
   if (LoadText(harrier, static_cast<signed char>(INI1.system.Language)) != 0) {
     print("\n\rCannot load language strings file !");
     flush();

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr char version[] = "5.3.0 - 10/2012";
+constexpr char version[] = HARRIER_VERSION " - " HARRIER_VERSION_DATE;
 
 /// The product's name stands above and below the version.
 void print_main_frame(const Subject&) {

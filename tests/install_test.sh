@@ -68,5 +68,7 @@ dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort 
 for file in sbin/harrier share/man/man8/harrier.8.gz share/doc/harrier/docs/files.md; do
   grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
 done
+version=$(dpkg-deb --field "$folder"/package/harrier_*.deb Version)
+grep -qx "## $version" "$source/CHANGELOG.md" || fail "CHANGELOG.md does not know version $version"
 dpkg-deb --ctrl-tarfile "$folder"/package/harrier_*.deb | tar -xO ./conffiles | cmp - \
   <(cd "$source/languages" && printf '/etc/harrier/%s\n' *)

@@ -57,7 +57,7 @@ class AnyKeys : public testing::TestWithParam<int> {
       if (screen.find(question) != std::string::npos && dice(5) != 0) return std::string(good);
     }
     std::smatch found;
-    if (std::regex_search(screen, found, bounds)) return found[1 + dice(2)];
+    if (std::regex_search(screen, found, bounds)) return found[1 + dice(2U)];
     return dice(10) == 0 ? "*" : presses("", 12);
   }
 

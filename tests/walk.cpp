@@ -163,7 +163,7 @@ void Walk::choose(const std::string& path) {
 }
 
 void Walk::go_home() {
-  while (!op_->shows("Harrier 5.3.0")) op_->leave();
+  while (!op_->shows("Harrier " HARRIER_VERSION)) op_->leave();
   expect_tidy(*op_);
 }
 

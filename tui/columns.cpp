@@ -10,7 +10,7 @@ struct Range {
   char32_t last;
 };
 
-// Unicode 15, EastAsianWidth.txt: W and F, gaps of unassigned code points closed.
+// Unicode 15, EastAsianWidth.txt: W and F. A range also covers the unassigned code points in it.
 constexpr Range wide[] = {
     {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},
     {0x25FD, 0x25FE},   {0x2614, 0x2615},   {0x2E80, 0x303E},   {0x3041, 0x33FF},
@@ -20,7 +20,7 @@ constexpr Range wide[] = {
     {0x1F680, 0x1F6FF}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD},
 };
 
-// Unicode 15, UnicodeData.txt: Mn and Me of the scripts that texts are likely to use, and Cf.
+// Unicode 15, UnicodeData.txt: Mn, Me and Cf, as far as texts are likely to use them.
 constexpr Range combining[] = {
     {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x0610, 0x061A}, {0x064B, 0x065F},
     {0x0E31, 0x0E31}, {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}, {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF},

@@ -5,19 +5,19 @@
 #include <string>
 #include <string_view>
 
-/// The folder of the program with its trailing slash. Every file is looked for there.
+/// The folder of the program, with a trailing slash. The program looks for every file there.
 constexpr std::size_t program_dir_size = 256;
 extern char ProgramDir[program_dir_size];
 
 /// The path of the file `name` in that folder.
 std::string program_path(std::string_view name);
 
-/// Diagnostics go to the screen while `bDebug` is set, and to the file debugs.log beside the
-/// program while `bDebugLog` is. The start-up sets both as the configuration says.
+/// While `bDebug` is set, diagnostics go to the screen. While `bDebugLog` is set, they go to the
+/// file debugs.log beside the program. The start-up sets both from the configuration.
 extern std::uint8_t bDebug;
 extern std::uint8_t bDebugLog;
 
-/// Prints a diagnostic to wherever the two flags say. A log that cannot be written is ignored.
+/// Prints a diagnostic where the two flags say. Ignores a log that cannot be written.
 void printfc(const char* text);
 
 /// Shows a message of the file layer on the screen, whatever the flags say.

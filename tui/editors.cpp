@@ -16,19 +16,19 @@ char yes_no_str[256];
 namespace {
 
 constexpr std::size_t line_size = 260;    // of the widest field, the name of a program
-constexpr std::size_t number_size = 200;  // what counts of a line that is a number
+constexpr std::size_t number_size = 200;  // bytes of a line that count for its number
 constexpr std::size_t word_size = 200;
 
 bool ends_line(char byte) { return byte == '\n' || byte == '\r'; }
 
 bool blank(char byte) { return byte == ' ' || (byte >= '\t' && byte <= '\r'); }
 
-/// Reads a line of which at most `limit` bytes are kept, in whole characters, and rings for every
-/// byte beyond them.
+/// Reads a line. Returns at most `limit` bytes of it, in whole characters, and rings for every
+/// further byte.
 std::string read_bounded(std::size_t limit, bool must_type) {
   constexpr std::size_t longest_character = 4;
   std::string line;
-  line.reserve(limit + longest_character);  // grown, it would leave copies of a password behind
+  line.reserve(limit + longest_character);  // growing would leave copies of a password in memory
   for (std::size_t count = 0;;) {
     const char byte = read_line_byte();
     if (ends_line(byte)) {
@@ -48,7 +48,7 @@ void edit_text(char* destination, std::size_t size, bool must_type) {
   explicit_bzero(typed.data(), typed.size());  // it may have been a password
 }
 
-/// One word, as "%200s" reads it; what stands behind it stays in the line.
+/// Reads one word, as scanf does for "%200s". The rest of the line waits for the next reader.
 std::string read_word(std::size_t limit) {
   char byte;
   do {

@@ -17,10 +17,10 @@
 
 namespace {
 
-// The longest line that a terminal driver takes (N_TTY holds 4096 bytes with the line end).
+// The longest line that a terminal driver accepts (N_TTY holds 4096 bytes with the line end).
 constexpr std::size_t longest_line = 4095;
 
-/// Bytes that wait for a reader. They may be those of a password: nothing that was read stays.
+/// Bytes that wait for a reader. They may belong to a password, so `pop` clears what it returns.
 struct Queue {
   std::string bytes;
   std::size_t at = 0;
@@ -38,7 +38,7 @@ struct Queue {
 Queue keys;           // read from the terminal in single-key mode
 Queue line;           // of a finished line, not yet asked for
 std::string typed;    // of an unfinished line that we correct ourselves
-bool quoted = false;  // the next key of it is taken as it is
+bool quoted = false;  // the next key of that line has no special meaning
 
 // --- Waiting -------------------------------------------------------------------------------------
 
@@ -47,26 +47,26 @@ bool quoted = false;  // the next key of it is taken as it is
   std::exit(0);
 }
 
-/// How many bytes could be read at once; in line mode only finished lines count.
+/// Whether a read would find bytes at once. In line mode only finished lines count.
 bool input_waits() {
   int count = 0;
   return ioctl(STDIN_FILENO, FIONREAD, &count) == 0 && count > 0;
 }
 
-/// Whether the terminal still answers after a read of nothing.
+/// Whether the terminal still answers after a read that returned nothing.
 bool terminal_alive() {
   termios attributes;
   return terminal.present && tcgetattr(STDIN_FILENO, &attributes) == 0;
 }
 
-/// Waits for input and reads what there is. Returns the number of bytes, 0 when a signal wants the
-/// screen redrawn. Ends the program at the end of the input. A terminal that answers but has
-/// nothing to read gives one line feed in line mode: the operator has typed the end-of-file
-/// character.
+/// Waits for input and reads what there is. Returns the number of bytes, or 0 when a signal asks
+/// for a redraw. Ends the program at the end of the input. In line mode, a terminal that answers
+/// but has nothing to read means that the operator typed the end-of-file character. That reads as
+/// one line feed.
 std::size_t read_input(char* bytes, std::size_t size) {
   for (;;) {
-    // A signal just here is noticed with the next key: waiting for both would take a further system
-    // call for every key.
+    // A signal that arrives just here is noticed with the next key. Waiting for both would take one
+    // more system call for every key.
     if (woken != 0) return 0;
     const ssize_t got = read(STDIN_FILENO, bytes, size);
     if (got > 0) return static_cast<std::size_t>(got);
@@ -76,7 +76,7 @@ std::size_t read_input(char* bytes, std::size_t size) {
         bytes[0] = '\n';
         return 1;
       }
-      // A terminal set to return from a read at once (VMIN 0): wait for its input elsewhere.
+      // This terminal is set to return from a read at once (VMIN is 0), so wait with poll.
       pollfd input = {STDIN_FILENO, POLLIN, 0};
       const int ready = poll(&input, 1, -1);
       if ((ready < 0 && errno == EINTR) || (ready > 0 && input_waits())) continue;
@@ -89,7 +89,7 @@ std::size_t read_input(char* bytes, std::size_t size) {
   }
 }
 
-/// Reads into `keys` what the operator has typed. False when the screen has to be redrawn instead.
+/// Adds what the operator has typed to `keys`. Returns false when a signal asks for a redraw.
 bool read_keys() {
   char bytes[1024];
   const std::size_t got = read_input(bytes, sizeof bytes);
@@ -98,7 +98,7 @@ bool read_keys() {
   return got != 0;
 }
 
-/// The next byte of single-key input, or -1 when the screen has to be redrawn.
+/// Returns the next byte of single-key input, or -1 when the screen has to be redrawn.
 int next_key_byte() {
   if (!line.empty()) return static_cast<unsigned char>(line.pop());
   if (keys.empty()) {
@@ -114,8 +114,8 @@ int next_key_byte() {
 
 bool continues_character(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80; }
 
-/// Takes the last character back, on the screen too. It is a byte where the terminal is not set to
-/// UTF-8, as for its driver.
+/// Removes the last character, on the screen too. When the terminal is not set to UTF-8, a
+/// character is a byte, as for the driver.
 void erase_character() {
   std::size_t start = typed.size() - 1;
   const bool utf8 = (terminal.found.c_iflag & IUTF8) != 0;
@@ -127,7 +127,7 @@ void erase_character() {
   typed.resize(start);
 }
 
-/// What word-erase takes for a part of a word: letters, digits and "_", and all that is not ASCII.
+/// Whether word-erase counts `byte` as part of a word: a letter, a digit, "_", or not ASCII.
 bool in_word(char byte) {
   return std::isalnum(static_cast<unsigned char>(byte)) != 0 || byte == '_' ||
          static_cast<unsigned char>(byte) >= 0x80;
@@ -141,7 +141,7 @@ void echo(char byte) {
     put({&byte, 1});
 }
 
-/// Does with one key what the terminal driver does in line mode. True when the line is finished.
+/// Does with one key what the driver does in line mode. Returns true when the line is finished.
 bool edit_line(char byte) {
   const cc_t* control = terminal.found.c_cc;
   const auto is = [&](int which) {
@@ -161,7 +161,7 @@ bool edit_line(char byte) {
     while (!typed.empty() && !in_word(typed.back())) erase_character();
     while (!typed.empty() && in_word(typed.back())) erase_character();
   } else if (is(VEOF) && !typed.empty()) {
-    return true;  // without a line end, as the driver gives it
+    return true;  // without a line end, as from the driver
   } else if (is(VEOF) || byte == '\n' || byte == '\r') {
     typed += '\n';
     if (terminal.present) echo('\n');
@@ -175,7 +175,7 @@ bool edit_line(char byte) {
 
 // --- Lines ---------------------------------------------------------------------------------------
 
-/// Draws the screen of an editor again. What the driver holds of an unfinished line becomes ours.
+/// Draws the screen of an editor again. Takes over what the driver holds of an unfinished line.
 void repeat_screen() {
   woken = 0;
   take_again();
@@ -186,7 +186,7 @@ void repeat_screen() {
   for (const char byte : typed) echo(byte);
 }
 
-/// Waits until a line is finished.
+/// Waits until a line is finished, and puts it into the queue `line`.
 void read_line() {
   if (typed.empty()) keep_screen();
   for (;;) {
@@ -206,7 +206,7 @@ void read_line() {
     } else {
       apply(Mode::line);
       if (input_waits()) {
-        // Typed before the switch, so not echoed by the driver, and out of reach of its correction.
+        // These keys were typed before the switch: the driver can neither echo nor correct them.
         apply(Mode::single_key);
         read_keys();
         continue;
@@ -224,7 +224,7 @@ void read_line() {
 }  // namespace
 
 Key read_key() {
-  static int escape_bytes = 0;  // read of a sequence that a redraw has interrupted
+  static int escape_bytes = 0;  // read so far of a sequence; a redraw may interrupt it
   for (;;) {
     const int byte = next_key_byte();
     if (byte < 0) {

@@ -11,14 +11,14 @@ constexpr int frame_width = 70;
 constexpr int content_width = 62;
 constexpr char border[] = "****";
 
-// Further away nothing is centred: the callers' lines are shorter.
+// From this width on `center` leaves a text as it is. All callers have shorter lines.
 constexpr int widest_center = 200;
 
 void repeat(std::string& text, std::string_view fill, int times) {
   for (int i = 0; i < times; ++i) text += fill;
 }
 
-int scrolled = 0;  // how many rows the present screen has moved up in a terminal too low for it
+int scrolled = 0;  // rows that the current screen has scrolled up, in a terminal with too few rows
 
 void put_mark(const char* mark, int item, int column, int base) {
   const int row = row_in_sight(item + base);
@@ -111,7 +111,7 @@ void print_frame(int start_row, std::string_view title) {
 
 int arrow_base(int start_row) {
   if (start_row == compact) return 3;
-  // A terminal takes row 0 for row 1.
+  // A terminal reads row 0 as row 1.
   return start_row == 0 ? 6 : start_row + 5;
 }
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// What every screen is drawn with: colours, the cursor, rule lines and framed, centred titles. The
-/// frame is 70 columns wide, whatever the language.
+/// The parts of every screen: colours, moves of the cursor, rule lines, and centred titles in a
+/// frame. The frame is 70 columns wide in every language.
 
 /// The entries of `seq_escape`, control sequences of ECMA-48 and of the VT100 family.
 namespace escape {
@@ -22,55 +22,56 @@ enum Index {
 };
 }  // namespace escape
 
-/// Byte 0 of an entry is the number of bytes to send, the bytes follow.
+/// Byte 0 of an entry is the number of bytes to send. The bytes follow.
 extern const signed char seq_escape[10][11];
 
-/// Sends entry `index`, 0 to 9. Clearing the screen begins a new one, as `begin_screen` says.
+/// Prints entry `index`, 0 to 9. Clearing the screen also calls `begin_screen`.
 void print_escapeseq(int index);
 
-/// Moves the cursor to row `row + row_offset` and to `column`, two digits each, 0 to 99. The top
-/// left corner is 1, 1, and terminals take 0 for 1.
+/// Moves the cursor to row `row + row_offset` and to `column`, each 0 to 99 and printed in two
+/// digits. The top left corner is 1, 1. Terminals read 0 as 1.
 void cursor_gotopos(int row, int column, int row_offset);
 
-/// One rule of 70 characters on a new line: of "-" (0), "*" (1), "#" (2), or the empty line of a
-/// frame (3). Kind 4 is 1 on the present line. Any other kind only starts a new line.
+/// Starts a new line and draws 70 columns on it: a rule of "-" (kind 0), of "*" (kind 1), of "#"
+/// (kind 2), or the empty line of a frame (kind 3). Kind 4 draws the asterisks of kind 1, but on
+/// the current line. Any other kind only starts a new line.
 void print_line(int kind);
 
-/// One line of a frame with `text` centred in its 62 columns, cut to them; an odd column left over
-/// is on the right.
+/// Draws one line of a frame, on a new line, with `text` centred in 62 columns. Cuts a longer text.
+/// If one column is left over, it goes to the right.
 void print_center(std::string_view text);
 
-/// Centres `text` in `width` columns with copies of `fill`, which is taken for one column, and
-/// returns it. Nothing happens for a width of 200 or more.
+/// Centres `text` in `width` columns with copies of `fill`, and returns `text`. Each copy counts as
+/// one column. For a width of 200 or more the text stays as it is.
 std::string& center(std::string& text, int width, std::string_view fill);
 
-/// Fills `text` up on the right to `width` columns with copies of `fill`, and returns it. A text of
-/// that width or more stays as it is.
+/// Pads `text` on the right to `width` columns with copies of `fill`, and returns `text`. Each copy
+/// counts as one column. A text of that width or more stays as it is.
 std::string& dopln(std::string& text, int width, std::string_view fill);
 
 /// Rings the bell of the terminal.
 void beep();
 
-/// Where a screen begins: its cursor starts in this row, 0 to 4, with a frame of five lines below.
-/// The screens whose items would not fit below that frame into 24 rows begin at once, with a frame
-/// of three lines.
+/// A screen with a `start_row` of 0 to 4 has a frame of five lines below that row. A `compact`
+/// screen has a frame of three lines at the top, because its items would not fit into 24 rows
+/// otherwise.
 constexpr int compact = -1;
 
 /// Clears the screen and draws the frame with `title`.
 void print_frame(int start_row, std::string_view title);
 
-/// What lies between the number of an item, from 1 on, and its row on the screen.
+/// Returns the row above the first item. Item 1 is in the next row.
 int arrow_base(int start_row);
 
-/// Draws the rule below the last item, which is in `last_row`. This is the end of the screen: a
-/// terminal with fewer rows has scrolled by now, and the arrow goes where its item has gone.
+/// Draws the rule below the last item, which is in `last_row`, and so ends the screen. A terminal
+/// with fewer rows has scrolled by now. From here on the arrow follows its item.
 void print_frame_end(int start_row, int last_row);
 
-/// Where a row of the present screen is after that, 0 or less when it is out of sight.
+/// Returns where a row of the current screen is after that scrolling: 0 or less means out of sight.
 int row_in_sight(int row);
 
-/// Draws the arrow beside item `item`, counted from `base`, if that is in sight.
+/// Draws the arrow beside item `item`, in row `base + item`, if that row is in sight.
 void print_arrow(int item, int column, int base);
 
-/// Moves the arrow from one item to another; nothing else on the screen changes.
+/// Moves the arrow from one item to another. Nothing else on the screen changes.
 void move_arrow(int from, int to, int column, int base);

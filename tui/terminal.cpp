@@ -22,26 +22,26 @@ namespace {
 
 // --- State --------------------------------------------------------------------------------------
 
-/// What the handlers tell the rest of the program, besides `woken`.
+/// What the signal handlers and the rest of the program share, besides `woken`.
 volatile std::sig_atomic_t held = 0;     // the terminal is in one of our modes, in our colours
 volatile std::sig_atomic_t resumed = 0;  // the mode may have been changed while we were stopped
 
-Mode wanted = Mode::as_found;  // by the menu or the editor that is to be run
+Mode wanted = Mode::as_found;  // asked for by the menu or the editor that runs next
 
-// A screen is 2 to 3 KiB. What exceeds this are arrow moves, which no redraw needs.
+// A screen is 2 to 3 KiB. Only arrow moves exceed this limit, and no redraw needs them.
 constexpr std::size_t longest_screen = 32768;
 
 std::string output;            // printed, not yet sent
-std::size_t screen_begin = 0;  // where the present screen begins in `output`
-std::string screen;            // sent since the present screen began
+std::size_t screen_begin = 0;  // where the current screen begins in `output`
+std::string screen;            // sent since the current screen began
 
 // --- Signals ------------------------------------------------------------------------------------
 
-/// Colours reset, cursor shown, below the last screen.
+/// Resets the colours, shows the cursor and moves below the screen.
 constexpr char parting[] = "\033[0m\033[?25h\033[999;1H\r\n";
 
-/// For a signal that ends us: SA_RESETHAND has put the default action back, so that the parent sees
-/// the true cause once the signal is raised again.
+/// For a signal that ends us. SA_RESETHAND has put the default action back: the signal, raised
+/// again, ends us, and the parent sees the true cause.
 void end_by_signal(int signal) {
   restore_terminal();
   raise(signal);
@@ -59,7 +59,7 @@ void set_handler(int signal, void (*handler)(int), int flags, struct sigaction* 
   sigaction(signal, &action, before);
 }
 
-/// For SIGTSTP: stops by the default action, and goes on behind it after SIGCONT.
+/// For SIGTSTP. Stops by the default action, and goes on after SIGCONT.
 void stop_by_signal(int signal) {
   const int saved_errno = errno;
   restore_terminal();
@@ -72,8 +72,8 @@ void stop_by_signal(int signal) {
   sigprocmask(SIG_UNBLOCK, &only, &before);
   sigprocmask(SIG_SETMASK, &before, nullptr);
   set_handler(signal, stop_by_signal, 0);
-  // Also where nobody could continue us and the stop has been discarded, as POSIX has it for the
-  // first process of a session: the terminal has to be taken again all the same.
+  // POSIX discards the stop where nobody could continue us, as for the first process of a session.
+  // The terminal has to be taken again in that case too.
   resumed = 1;
   woken = 1;
   errno = saved_errno;
@@ -84,7 +84,7 @@ void wake_by_signal(int signal) {
   woken = 1;
 }
 
-/// Installs a handler unless the signal is ignored, as for a program in the background.
+/// Installs a handler, unless the signal is ignored: nohup and some shells start us like that.
 void handle(int signal, void (*handler)(int), int flags) {
   struct sigaction before = {};
   set_handler(signal, handler, flags, &before);
@@ -135,8 +135,8 @@ void send_output() {
 }
 
 void put_screen() {
-  // An editor has left its colour behind, and the question at the end does not place itself:
-  // without a place it would stand one row lower each time.
+  // An editor may have changed the colour. The question at the end of a run does not move the
+  // cursor itself: without this move, each redraw would draw it one row lower.
   put("\033[1;37m\033[H");
   put(screen);
 }
@@ -169,14 +169,14 @@ void take_again() {
 }
 
 void take_terminal() {
-  // Stops us while we are in the background (SIGTTOU): there, the attributes are those of the line
-  // editor of the shell, under which Enter is no line feed.
+  // Stops us while we are in the background (SIGTTOU). Before that, the attributes may be those of
+  // the shell's line editor, and Enter would not arrive as a line feed.
   tcdrain(STDIN_FILENO);
   terminal.present = tcgetattr(STDIN_FILENO, &terminal.found) == 0;
   terminal.applied = Mode::as_found;
   held = 1;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
-    handle(signal, end_by_signal, SA_RESETHAND);
+    handle(signal, end_by_signal, static_cast<int>(SA_RESETHAND));
   }
   handle(SIGTSTP, stop_by_signal, 0);
   handle(SIGCONT, wake_by_signal, 0);
@@ -198,8 +198,8 @@ void restore_terminal() {
   if (poll(&room, 1, patience_ms) > 0) {
     [[maybe_unused]] const ssize_t sent = write(STDOUT_FILENO, parting, sizeof parting - 1);
   }
-  // In the background somebody else sets the attributes by now: a shell that has seen its child
-  // stop before us, for instance.
+  // In the background, another program sets the attributes by now: for instance a shell that saw
+  // its child stop before us.
   const pid_t user = tcgetpgrp(STDIN_FILENO);
   const bool background = user >= 0 && user != getpgrp();
   if (terminal.present && !background) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
@@ -235,7 +235,7 @@ int run_in_terminal(const char* command) {
   flush();
   apply(Mode::line);
   const int status = std::system(command);
-  resumed = 1;  // as after being stopped, somebody else has used the terminal
+  resumed = 1;  // another program has used the terminal, as after a stop
   take_again();
   return status;
 }

@@ -4,8 +4,8 @@
 
 #include <csignal>
 
-/// What the two sources of the terminal share: `terminal.cpp` with its modes, its signals and what
-/// is printed, and `input.cpp` with what is typed. Everybody else uses `tui/terminal.h`.
+/// What the two sources of the terminal share. `terminal.cpp` has the modes, the signals and the
+/// output. `input.cpp` has the input. Everybody else uses `tui/terminal.h`.
 
 enum class Mode { as_found, single_key, line };
 
@@ -16,20 +16,21 @@ struct Terminal {
 };
 extern Terminal terminal;
 
-/// Set by the handlers: the screen has to be drawn again.
+/// The signal handlers set this when the screen has to be drawn again.
 extern volatile std::sig_atomic_t woken;
 
-/// Switches the terminal at once. Waits for output to be sent, and never throws typed keys away.
+/// Switches the terminal now. Waits until all output is sent, and never throws typed keys away.
 void apply(Mode mode);
 
-/// After SIGCONT somebody else has used the terminal: take it again, in our colours.
+/// Takes the terminal again, in our colours, if another program has used it: after SIGCONT or after
+/// `run_in_terminal`.
 void take_again();
 
-/// Notes what has been printed of the present screen, for a redraw.
+/// Remembers what has been printed of the current screen, for a redraw.
 void keep_screen();
 
-/// Prints the present screen again, as far as it has been noted.
+/// Prints what `keep_screen` remembers of the current screen.
 void put_screen();
 
-/// Sends what has been printed, without noting it.
+/// Sends the buffer, and does not remember it for a redraw.
 void send_output();
