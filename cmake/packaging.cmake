@@ -59,8 +59,8 @@ set(CPACK_PACKAGE_NAME harrier)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "terminal editor for the configuration of Kestrel")
 set(CPACK_PACKAGE_DESCRIPTION
 "Harrier edits the configuration of the Kestrel UPS monitoring service at a
-terminal: numbered menus over every setting, from the name of the system to
-the action that a group of UPSs takes when the battery runs low.
+terminal, through numbered menus: UPS devices and groups, schedules, messages,
+and what happens when a battery runs low.
 .
 It works on the files in /opt/kestrel, and writes them only when the operator
 agrees at the end of a run.")
