@@ -73,7 +73,7 @@ fuzz_one() {
   printf '%-9s %9s executions  %s\n' "$target" "${executions:-?}" "$coverage"
   if ((status != 0)); then
     grep -m 1 -A 30 -E 'should have held|ERROR: |runtime error' "$log" >&2 || tail -n 30 "$log" >&2
-    echo "Fuzzing found something: see $log" >&2
+    echo "Fuzzing found a fault: see $log" >&2
     return 1
   fi
 }
