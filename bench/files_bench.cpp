@@ -15,8 +15,8 @@
 #include "config/store.h"
 #include "tui/diag.h"
 
-/// Loading and saving of the largest configuration, beside plain ways to do the same with the C
-/// library and with a well-known small reader. Every benchmark counts its lines.
+/// Compares loading and saving of the largest configuration with plain uses of the C library and
+/// with inih, a small INI reader. Every benchmark counts its lines.
 
 namespace fs = std::filesystem;
 
@@ -26,7 +26,7 @@ bool flushing = true;
 
 }  // namespace
 
-/// Stands in front of the function of the C library, to time a save that is not flushed.
+/// Replaces the function of the C library, so that a save can be timed without its flushes.
 extern "C" int fsync(int fd) { return flushing ? static_cast<int>(syscall(SYS_fsync, fd)) : 0; }
 
 namespace {
@@ -75,12 +75,12 @@ constexpr char disk[] = ".";
 void load_harrier(benchmark::State& state) {
   const Configuration configuration(memory);
   for ([[maybe_unused]] auto _ : state) {
-    if (LoadINI() != 0) state.SkipWithError("the configuration does not load");
+    if (LoadINI() != 0) state.SkipWithError("cannot load the configuration");
   }
   configuration.count_lines(state);
 }
 
-/// The least that any reader does: takes lines, and looks for the "=" in them.
+/// The least that any reader does: reads lines and looks for the "=" in each.
 void load_fgets(benchmark::State& state) {
   const Configuration configuration(memory);
   char line[300];
@@ -96,7 +96,7 @@ void load_fgets(benchmark::State& state) {
   configuration.count_lines(state);
 }
 
-/// The small reader, which hands over names and values and stores nothing.
+/// inih, which passes names and values to a function that stores nothing.
 void load_inih(benchmark::State& state) {
   const Configuration configuration(memory);
   const auto take = [](void*, const char* section, const char* name, const char* value) {
@@ -119,15 +119,15 @@ void save_harrier(benchmark::State& state, const char* where, bool flushed) {
   const Configuration configuration(where);
   flushing = flushed;
   for ([[maybe_unused]] auto _ : state) {
-    if (SaveINI() != 0) state.SkipWithError("the configuration cannot be saved");
+    if (SaveINI() != 0) state.SkipWithError("cannot save the configuration");
   }
   flushing = true;
   configuration.count_lines(state);
 }
 
-/// A line of a file with the value that it prints, so that nothing but printing is timed.
+/// A line of a file, split into format and value beforehand, so that only printing is timed.
 struct Line {
-  std::string form;  // with "%u", "%s" or nothing to fill in
+  std::string form;  // contains "%u", "%s" or neither
   bool is_text;
   std::string text;
   unsigned number;
@@ -157,7 +157,7 @@ std::vector<Line> lines_of(const std::string& name) {
   return lines;
 }
 
-/// Prints every line by itself into the files as they are, without a thought for a loss of power.
+/// Prints line by line into the existing files, which a loss of power would leave incomplete.
 void save_fprintf(benchmark::State& state, const char* where) {
   const Configuration configuration(where);
   std::vector<std::vector<Line>> files;
@@ -183,7 +183,7 @@ BENCHMARK(load_fgets)->Unit(benchmark::kMicrosecond);
 BENCHMARK(load_inih)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(save_harrier, memory, memory, true)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(save_fprintf, memory, memory)->Unit(benchmark::kMicrosecond);
-// What counts on a disk is the time that passes, most of which is spent waiting.
+// A save on a disk mostly waits, so these measure elapsed time.
 BENCHMARK_CAPTURE(save_harrier, disk, disk, true)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK_CAPTURE(save_harrier, disk_unflushed, disk, false)
     ->Unit(benchmark::kMicrosecond)

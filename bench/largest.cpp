@@ -10,8 +10,7 @@
 
 namespace {
 
-/// Fills every value of an entry: texts with something of a usual length, numbers with three
-/// digits where there is room.
+/// Fills every value of an entry: texts with a usual length, numbers from 1 to 199.
 void fill_entry(const Family& family, char* entry, int number) {
   int place = number;
   for (const Field& field : family.fields) {
@@ -47,6 +46,6 @@ void fill_record() {
     entry.type = 2;
     entry.time = 1262350800;
   }
-  INI.system.Language = 0;  // that of the file which is always there
+  INI.system.Language = 0;  // the language file that always exists
   INI.system.DebugMode = INI.system.DebugLog = 0;
 }

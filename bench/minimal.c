@@ -1,5 +1,5 @@
-/* The least that a full-screen menu does at a terminal: one screen in one write, keys in one read,
-   and the arrow that they move in one write. Enter leaves it. */
+/* The least that a full-screen menu does at a terminal. It sends the screen in one write, takes all
+   waiting keys in one read, and moves the arrow for them in one write. Enter ends it. */
 
 #include <stdio.h>
 #include <termios.h>

@@ -15,8 +15,8 @@
 #include "tui/terminal.h"
 #include "ups/ups_param.h"
 
-/// What one redraw costs: a whole screen of the demo configuration is formatted and sent in one
-/// write, to nowhere.
+/// Measures a redraw: formats a whole screen of the demo configuration and sends it to /dev/null in
+/// one write.
 
 namespace {
 
@@ -31,7 +31,7 @@ void load_demo() {
   if (AllocText() != 0 || LoadText(harrier, 0) != 0) std::abort();
 }
 
-/// Standard output leads nowhere while this lives.
+/// Standard output goes to /dev/null while an object of this class exists.
 class Silence {
  public:
   Silence() : before_(dup(STDOUT_FILENO)) {

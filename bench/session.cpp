@@ -15,12 +15,12 @@
 
 namespace {
 
-// A step begins to show within the first, and has finished after the second without a call and
-// without output.
+// A step shows its first byte within `patience`. It has finished when for `quiet` there was neither
+// a system call nor output.
 constexpr std::chrono::milliseconds patience(10000);
 constexpr std::chrono::milliseconds quiet(200);
 
-/// Reads once. 0 when the program has ended.
+/// Reads once and returns the number of bytes, or 0 when the program has ended.
 std::size_t show(const Session& session) {
   static char bytes[65536];
   const ssize_t got = read(session.terminal, bytes, sizeof bytes);
@@ -40,11 +40,11 @@ void note_call(Session& session, Counts& counts) {
   }
 }
 
-/// The program has stopped, or ended: notes why, and lets it go on.
+/// Called when the program has stopped or ended. Counts the reason and lets the program go on.
 void note_stop(Session& session, int status, Counts& counts) {
   constexpr int call_stop = SIGTRAP | 0x80;
   if (!WIFSTOPPED(status)) {
-    ++counts.calls;  // the one that does not return
+    ++counts.calls;  // the exit, which does not return
     session.program = -1;
     return;
   }
@@ -83,9 +83,9 @@ Session start(const std::vector<std::string>& words, bool traced) {
     execvp(arguments[0], arguments.data());
     _exit(127);
   }
-  if (session.program < 0) lose("no terminal for " + words[0]);
+  if (session.program < 0) lose("cannot open a terminal for " + words[0]);
   if (traced) {
-    waitpid(session.program, nullptr, 0);  // it stops behind its exec
+    waitpid(session.program, nullptr, 0);  // the program stops after its exec
     constexpr int options = PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL;
     ptrace(PTRACE_SETOPTIONS, session.program, nullptr, options);
     ptrace(PTRACE_SYSCALL, session.program, nullptr, nullptr);
@@ -95,14 +95,14 @@ Session start(const std::vector<std::string>& words, bool traced) {
 
 void type(const Session& session, const std::string& keys) {
   if (write(session.terminal, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
-    lose("the keys cannot be typed");
+    lose("cannot type the keys");
   }
 }
 
 void await(const Session& session, std::size_t wanted) {
   while (wanted > 0) {
     const std::size_t got = show(session);
-    if (got == 0) lose("a program has ended too early");
+    if (got == 0) lose("a program ended too early");
     wanted -= std::min(got, wanted);
   }
 }

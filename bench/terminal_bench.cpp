@@ -1,8 +1,7 @@
-// Harrier at a terminal, beside other programs: how long it takes from a key until the reaction has
-// been read, what it writes and what it asks of the system for that, its memory, and whether it
-// rests while nobody types. Prints a line for each step: its name, nanoseconds, bytes written,
-// writes, reads and system calls; and lines of a name and a number. `bench/run` makes a table of
-// them.
+// Compares Harrier at a terminal with other programs: the time from a key until its effect has been
+// read, the bytes and system calls for it, the memory, and the wake-ups while nobody types.
+// Prints a line for each step: name, nanoseconds, bytes written, writes, reads and system calls.
+// Memory and wake-ups are lines of a name and a number. `bench/run` makes a table of all lines.
 
 #include <unistd.h>
 
@@ -23,35 +22,35 @@
 namespace {
 
 struct Step {
-  std::string name;  // empty when nothing is to be measured
+  std::string name;  // empty for a step that is not measured
   std::string keys;
   Counts counts = {};
 };
 
-/// A run of a program. Without keys to leave it, its end is not measured.
+/// A run of a program.
 struct Visit {
   std::string name;
   std::vector<std::string> words;
   std::vector<Step> steps;
-  std::string leaving = {};
+  std::string leaving = {};  // keys that end the program; without them its end is not measured
   Counts whole = {};
   std::map<std::string, std::vector<double>> times = {};  // of each step, in nanoseconds
 };
 
-/// Learns what each step of the visit shows, and what it costs.
+/// Runs the visit once under trace and sets the counts of each step and of the whole.
 void count(Visit& visit) {
   Session session = start(visit.words, true);
   visit.whole.calls = 1;  // the exec
   for (Step& step : visit.steps) {
     type(session, step.keys);
     step.counts = follow(session);
-    if (step.counts.shown == 0) lose("no reaction of " + visit.name);
+    if (step.counts.shown == 0) lose(visit.name + " does not react");
     visit.whole += step.counts;
   }
   if (!visit.leaving.empty()) {
     type(session, visit.leaving);
     visit.whole += follow(session);
-    if (session.program >= 0) lose("no end of " + visit.name);
+    if (session.program >= 0) lose(visit.name + " does not end");
   }
   end(session, "");
 }
@@ -64,7 +63,8 @@ double since(Clock::time_point begin) {
   return std::chrono::duration<double, std::nano>(Clock::now() - begin).count();
 }
 
-/// The first step is timed from the start of the program, and "exit" as well.
+/// Runs the visit once and notes the times. The first step and "exit" count from the start of the
+/// program.
 void take_time(Visit& visit) {
   const auto begin = Clock::now();
   auto typed = begin;
@@ -102,7 +102,7 @@ void print_steps(const Visit& visit) {
 
 // --- Resting ------------------------------------------------------------------------------------
 
-/// The sum of the numbers behind the lines of /proc/PROGRAM/`file` that have `key` in their name.
+/// Returns the sum of the numbers in the lines of /proc/PID/`file` whose names contain `key`.
 long proc_value(const Session& session, const std::string& file, const std::string& key) {
   std::ifstream in("/proc/" + std::to_string(session.program) + "/" + file);
   long sum = 0;
@@ -115,7 +115,8 @@ long proc_value(const Session& session, const std::string& file, const std::stri
   return sum;
 }
 
-/// How often the program wakes up while it should rest: a timer or a call would switch to it.
+/// Returns how often the program wakes up in two seconds without keys. A timer, or a wait with a
+/// time limit, would show here.
 long wakeups(const Session& session) {
   constexpr useconds_t settling = 60000;
   constexpr int idle_seconds = 2;
@@ -125,7 +126,8 @@ long wakeups(const Session& session) {
   return proc_value(session, "status", "ctxt_switches") - before;
 }
 
-/// The memory in use when all is shown, and the wake-ups on each of the measured screens.
+/// Prints the memory in use after the last step and, when `idle`, the wake-ups on all measured
+/// screens.
 void print_rest(const Visit& visit, bool idle) {
   const Session session = start(visit.words, false);
   long woken = 0;
@@ -159,7 +161,7 @@ std::vector<std::string> menu_of(const char* program) {
           "3",     "three",  "4",    "four", "5",  "five", "6", "six", "7", "seven"};
 }
 
-/// The first screen and the arrow.
+/// The first screen, then single arrow keys and a burst of them.
 std::vector<Step> arrow_steps() {
   std::vector<Step> steps = {{"", ""}};
   constexpr int moves = 5;
@@ -168,7 +170,8 @@ std::vector<Step> arrow_steps() {
   return steps;
 }
 
-/// Behind the arrow: a menu, an editor in it, and the upcoming actions. Down ends at item 0.
+/// The arrow keys, then a menu, an editor in it, and the upcoming actions. The arrow stops at item
+/// 0, so many Downs lead there.
 std::vector<Step> tour_steps() {
   std::vector<Step> steps = arrow_steps();
   steps.insert(steps.end(), {{"menu", enter},
@@ -184,13 +187,14 @@ std::vector<Step> tour_steps() {
 void save_largest(const std::string& folder) {
   std::snprintf(ProgramDir, sizeof ProgramDir, "%s/", folder.c_str());
   fill_record();
-  if (SaveINI() != 0) lose("the largest configuration cannot be saved in " + folder);
+  if (SaveINI() != 0) lose("cannot save the largest configuration in " + folder);
 }
 
 }  // namespace
 
-/// Usage: terminal_bench DEMO LARGEST MINIMAL RUNS: two folders with the program and its language
-/// files, the first with a configuration as well; the minimal program; how often all take turns.
+/// Usage: terminal_bench DEMO LARGEST MINIMAL RUNS. DEMO and LARGEST are folders with the program
+/// and its language files; DEMO also holds a configuration, and LARGEST gets one. MINIMAL is the
+/// minimal program. RUNS is how often each visit is timed.
 int main(int argc, char* argv[]) {
   if (argc != 5) return 2;
   const std::string demo = argv[1] + std::string("/harrier");

@@ -4,9 +4,9 @@
 
 #include "tests/plain_upcoming.h"
 
-/// The list of upcoming matches of a full schedule, beside `TestSchedules` for every entry in every
-/// minute, with `TZ` unset as it is for most programs: the C library then asks for the zone file at
-/// every `localtime`.
+/// Compares the search for upcoming matches of a full schedule with the plain way: `TestSchedules`
+/// for every entry in every minute. `TZ` is unset, as it is for most programs. The C library then
+/// looks at the zone file in every `localtime`.
 
 namespace {
 
@@ -27,8 +27,8 @@ const Record& full_schedule() {
   return record;
 }
 
-/// The plain way takes seconds, and every one of its minutes costs the same: it runs over five days
-/// of the hundred, and the counter tells the time of a whole day for both.
+/// The plain way takes seconds for 100 days, and each of its minutes costs the same. So it runs
+/// over five days only. The counters of both ways hold the time for one day.
 void plain(benchmark::State& state) {
   unsetenv("TZ");
   const Record& record = full_schedule();

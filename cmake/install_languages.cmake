@@ -1,8 +1,7 @@
-# Run by `cmake --install`: puts the language files into the folder of Kestrel's files.
+# Run by `cmake --install`: installs the language files into the folder of Kestrel's files.
 #
-# A file lang_NN.ini may serve several programs, each with a section of its own, and the texts of
-# the others exist nowhere else. So a file that is there already is replaced only if it is ours
-# alone, which is to say that [Harrier] is its one section. Every other one stays as it is.
+# A file lang_NN.ini may hold sections of several programs, whose texts may exist nowhere else. An
+# existing file is replaced only if [Harrier] is its only section. Any other file stays as it is.
 
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX NORMALIZE)
 file(GLOB languages "${CMAKE_CURRENT_LIST_DIR}/../languages/lang_*.ini")
@@ -20,7 +19,7 @@ foreach(language IN LISTS languages)
   if(ours)
     file(INSTALL "${language}" DESTINATION "${CMAKE_INSTALL_PREFIX}")
   else()
-    message(STATUS "Kept: ${present}, which is not ours alone. docs/files.md tells how to put our "
-      "section [Harrier] into it")
+    message(STATUS "Kept: ${present}, which is not Harrier's alone. docs/files.md describes how to "
+      "add the section [Harrier]")
   endif()
 endforeach()

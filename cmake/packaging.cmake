@@ -1,24 +1,24 @@
 # What is installed, and the Debian package.
 #
-# `cmake --install` serves the folder of Kestrel's files, which may hold the files of a service that
-# is in use: it brings the program and the language files, and none of the service's own files.
+# `cmake --install` installs into the folder of Kestrel's files, where a service may be in use. It
+# installs the program, the language files and the manual page, and no file of the service.
 
 if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
   set(CMAKE_INSTALL_PREFIX /opt/kestrel CACHE PATH "The folder of Kestrel's files" FORCE)
 endif()
 include(GNUInstallDirs)
 
-# The program looks for everything beside itself, so it does not go to a folder bin.
+# The program looks for all files in its own folder, so it is not installed into a folder bin.
 install(TARGETS harrier RUNTIME DESTINATION . COMPONENT program)
 install(SCRIPT cmake/install_languages.cmake COMPONENT languages)
 install(FILES man/harrier.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT manual)
 
 # --- The Debian package ---------------------------------------------------------------------------
 #
-# It takes the program from above. The language files lie in /etc, where dpkg asks before it replaces
-# one that was adapted, and its scripts link them into the folder of Kestrel's files. There dpkg must
-# not know them: it would delete a file that other programs have a section in when this package is
-# purged.
+# It contains the program as installed above. The language files lie in /etc/harrier, where dpkg
+# asks before it replaces an edited file. The scripts of the package link them into Kestrel's
+# folder. dpkg must not own files there: a purge would delete a language file even if other programs
+# have added their sections to it.
 
 set(debian "${PROJECT_SOURCE_DIR}/cmake/debian")
 set(doc /usr/share/doc/harrier)
@@ -32,7 +32,7 @@ install(DIRECTORY docs DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES ${debian}/lintian-overrides DESTINATION /usr/share/lintian/overrides RENAME harrier
   COMPONENT debian EXCLUDE_FROM_ALL)
 
-# install_compressed(FILE NAME): packages hold some files in this form only.
+# install_compressed(FILE NAME): Debian wants manual pages and changelogs compressed.
 function(install_compressed file name)
   install(CODE "
     set(target \"\$ENV{DESTDIR}${name}\")
@@ -59,8 +59,8 @@ set(CPACK_PACKAGE_NAME harrier)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "terminal editor for the configuration of Kestrel")
 set(CPACK_PACKAGE_DESCRIPTION
 "Harrier edits the configuration of the Kestrel UPS monitoring service at a
-terminal: numbered menus over every setting, from the name of the system to
-the action that a group of UPSs takes when the battery runs low.
+terminal, through numbered menus: UPS devices and groups, schedules, messages,
+and what happens when a battery runs low.
 .
 It works on the files in /opt/kestrel, and writes them only when the operator
 agrees at the end of a run.")

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# To be sourced in the root of the tree. What every script builds with, and how.
+# Source this file in the root of the tree. It holds the packages and the build command that all
+# scripts share.
 
 # shellcheck source=scripts/need.sh
 source scripts/need.sh
@@ -10,8 +11,8 @@ package_needs=("${build_needs[@]}" dpkg-dev file)
 test_needs=("${package_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clang libclang-rt-dev)
 
 # build PRESET TARGET [OPTION...]
-# Configures with the options and builds the target. Says so in one line, since the first time takes
-# a while; shows the whole log if it fails.
+# Configures with the options and builds the target. Prints one line first, because a first build
+# takes a while. Prints the whole log when the build fails.
 build() {
   local preset=$1 target=$2 log=build/$1.log
   shift 2

@@ -1,17 +1,17 @@
 # shellcheck shell=bash
-# To be sourced in the root of the tree. Feeds hostile input to the readers.
+# Source this file in the root of the tree. It feeds hostile input to the readers of files.
 
 fuzz_targets=(ini language profile schedule)
 
-# Fills build/fuzz/seeds/TARGET with what each reader is used to, as small and as large as it comes,
-# and makes a dictionary of the section and key names.
+# Fills build/fuzz/seeds/TARGET with first inputs for each target, from small to large, and makes
+# dictionaries of the section and key names.
 make_seeds() {
   local seeds=build/fuzz/seeds target name file size code codes separators
   rm -rf "$seeds"
   for target in "${fuzz_targets[@]}"; do mkdir -p "$seeds/$target" "build/fuzz/corpus/$target"; done
 
-  # The files of a configuration with a file separator (ASCII 28) between each two: all of them, and
-  # each alone.
+  # The ini target takes the files of a configuration as one input, with a file separator (ASCII 28)
+  # between two files. A seed holds all files, or one file in its place.
   separators=
   for name in kestrel.ini jobs.ini jobsSTS.ini group_00.ini sensor.ini; do
     { printf '%b' "$separators" && cat "demo/$name"; } >"$seeds/ini/$name"
@@ -31,13 +31,13 @@ make_seeds() {
     sed "s/^\[Harrier\]/[$name]/" languages/lang_00.ini >"$seeds/language/$name"
   done
 
-  # Records of 450 bytes, and 64 of them at most.
+  # A profile has up to 64 records of 450 bytes. The sizes lie at and around these limits.
   cat demo/* >"$seeds/profile/all"
   for size in 0 449 450 451 900 28799 28800 28801; do
     head -c "$size" "$seeds/profile/all" >"$seeds/profile/$size"
   done
 
-  # Two leading bytes choose the time zone and the moment; a code has 18 digits in a field of 20.
+  # The first two bytes choose the time zone and the moment. A code has 18 digits in a field of 20.
   codes=
   while read -r code; do
     printf '\000\000%s\000\000' "$code" >"$seeds/schedule/$code"
@@ -54,8 +54,8 @@ make_seeds() {
 }
 
 # fuzz_one TARGET SECONDS
-# Runs one target and prints one line about it. An input that is a finding stays in build/fuzz, and
-# what has proved useful in build/fuzz/corpus.
+# Runs one target and prints one line of results. Inputs that fail stay in build/fuzz. Inputs that
+# reach new code stay in build/fuzz/corpus.
 fuzz_one() {
   local target=$1 seconds=$2 log=build/fuzz/$1.log status=0 memory=${TMPDIR:-/tmp} options=()
   [[ ! -e build/fuzz/$target.dict ]] || options+=(-dict="build/fuzz/$target.dict")
@@ -73,7 +73,7 @@ fuzz_one() {
   printf '%-9s %9s executions  %s\n' "$target" "${executions:-?}" "$coverage"
   if ((status != 0)); then
     grep -m 1 -A 30 -E 'should have held|ERROR: |runtime error' "$log" >&2 || tail -n 30 "$log" >&2
-    echo "Fuzzing found something: see $log" >&2
+    echo "Fuzzing found a fault: see $log" >&2
     return 1
   fi
 }
@@ -87,7 +87,7 @@ build_and_fuzz() {
 }
 
 # fuzz SECONDS
-# Runs every target for so long, as many at once as there are processors. Fails after a finding.
+# Runs every target for SECONDS, as many at once as there are processors. Fails when a target fails.
 fuzz() {
   make_seeds
   export -f fuzz_one

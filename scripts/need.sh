@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# To be sourced. Installs the Debian packages that are missing, and only those.
+# Source this file. It installs the Debian packages that are missing, and no others.
 
 # need PACKAGE...
-# Succeeds when every package is installed in the end. Without root and without sudo it prints one
-# line that says what to install, and fails. On a system without dpkg nothing can be looked up:
-# the build itself then says what it lacks.
+# Succeeds when every package is installed at the end. Without root and sudo it prints one line with
+# the packages to install, and fails. Without dpkg it succeeds at once: the build then reports what
+# is missing.
 need() {
   command -v dpkg-query >/dev/null || return 0
 

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/build.sh
 
 need "${package_needs[@]}"
-# As in ./run: a new build folder does not need the packages of the tests.
+# As in ./run: a new build folder is set up without tests.
 options=()
 [[ -f build/release/CMakeCache.txt ]] || options=(-DHARRIER_TESTS=OFF)
 build release harrier "${options[@]}"
