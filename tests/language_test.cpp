@@ -6,6 +6,7 @@
 #include <regex>
 #include <sstream>
 
+#include "lang/text_ids.h"
 #include "tests/tables.h"
 #include "tui/format.h"
 

@@ -5,6 +5,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "schedule/schedule_code.h"
 #include "tests/plain_upcoming.h"
 #include "tests/tables.h"
 #include "tests/zone.h"
