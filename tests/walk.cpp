@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tests/picture.h"
+#include "tests/golden.h"
 #include "tui/columns.h"
 
 namespace {
@@ -36,36 +36,6 @@ void expect_tidy(Operator& op) {
   }
 }
 
-char colour_of(const Look& look) {
-  constexpr std::pair<char, Look> colours[] = {
-      {'w', {7, 0, true}}, {'d', {7, 0, false}}, {'c', {6, 0, true}},   {'g', {2, 0, true}},
-      {'r', {1, 0, true}}, {'x', {1, 0, false}}, {'p', {-1, -1, false}}};
-  for (const auto& [letter, known] : colours) {
-    if (look == known) return letter;
-  }
-  return '?';
-}
-
-/// The screen with the colours of each row before it, in their order from left to right.
-std::string with_colours(Operator& op) {
-  std::istringstream lines(op.screen());
-  std::string screen;
-  for (int row = 1; row <= screen_rows; ++row) {
-    std::string line;
-    std::getline(lines, line);
-    std::string colours;
-    for (int col = 1; col <= screen_columns; ++col) {
-      const Cell cell = op.cell(row, col);
-      const bool shown = cell.text != " " || cell.look.background > 0;
-      if (shown && !colours.ends_with(colour_of(cell.look))) colours += colour_of(cell.look);
-    }
-    colours.resize(std::max<std::size_t>(colours.size(), 3), ' ');
-    screen.append(colours).append("|").append(line).append("\n");
-  }
-  screen.erase(screen.find_last_not_of(" |\n") + 1);
-  return screen + "\n";
-}
-
 /// The cells that begin with a mark.
 struct Step {
   std::string_view mark;
@@ -84,12 +54,7 @@ constexpr Step steps[] = {
     {"bells ",
      [](Walk& walk, const std::string& times) { EXPECT_EQ(walk.op().bells(), std::stoi(times)); }},
     {"arrow ", [](Walk& walk, const std::string& path) { EXPECT_EQ(arrow_path(walk.op()), path); }},
-    {"screen ",
-     [](Walk& walk, const std::string& name) {
-       EXPECT_EQ(with_colours(walk.op()),
-                 read_file(source_dir() + "/tests/data/screens/" + name + ".txt"));
-     }},
-    {"picture ", [](Walk& walk, const std::string& name) { expect_picture(walk.op(), name); }},
+    {"screen ", [](Walk& walk, const std::string& name) { expect_screen(walk.op(), name); }},
     {"==", [](Walk& walk, const std::string& values) { walk.keep(values, true); }},
     {"=", [](Walk& walk, const std::string& values) { walk.keep(values, false); }},
 };

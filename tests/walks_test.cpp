@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <set>
 #include <sstream>
 #include <utility>
 
+#include "tests/golden.h"
 #include "tests/walk.h"
 
 namespace {
@@ -39,6 +42,25 @@ TEST_P(Screens, AreShownAndLeadTheArrow) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Screens, tables("arrow_paths.txt"), name_of);
+
+// Drawing removes the golden files that no row names any more.
+TEST(Screens, AreInUse) {
+  std::set<std::string> used;
+  for (const char* file : {"walks.txt", "arrow_paths.txt"}) {
+    for (const Table& table : read_tables(file)) {
+      for (const Line& line : table.lines) {
+        for (const std::string& cell : line.cells) used.insert(cell.substr(cell.find(' ') + 1));
+      }
+    }
+  }
+  for (const char* folder : {"/tests/data/screens", "/docs/pictures"}) {
+    for (const auto& file : std::filesystem::directory_iterator(source_dir() + folder)) {
+      if (used.contains(file.path().stem())) continue;
+      if (drawing()) std::filesystem::remove(file);
+      EXPECT_TRUE(drawing()) << file << ": no case looks at it";
+    }
+  }
+}
 
 /// Where numbers are refused, all numbers are typed one after the other.
 void edit(Walk& walk, const Line& line) {
