@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A terminal may be larger than a screen may be.
+/// The largest screen. A terminal may be larger.
 constexpr int screen_rows = 24;
 constexpr int screen_columns = 80;
 constexpr int frame_columns = 70;
@@ -39,7 +39,7 @@ void expect_tidy(Operator& op) {
 /// The cells that begin with a mark.
 struct Step {
   std::string_view mark;
-  void (*take)(Walk& walk, const std::string& text);  // behind the mark
+  void (*take)(Walk& walk, const std::string& text);  // after the mark
 };
 
 constexpr Step steps[] = {
@@ -50,7 +50,9 @@ constexpr Step steps[] = {
     {"rows ", [](Walk& walk,
                  const std::string& rows) { walk.op().resize(std::stoi(rows), screen_columns); }},
     {"without ",
-     [](Walk& walk, const std::string& text) { EXPECT_FALSE(walk.op().shows(text)) << text; }},
+     [](Walk& walk, const std::string& text) {
+       EXPECT_FALSE(walk.op().shows(english(text))) << text;
+     }},
     {"bells ",
      [](Walk& walk, const std::string& times) { EXPECT_EQ(walk.op().bells(), std::stoi(times)); }},
     {"arrow ", [](Walk& walk, const std::string& path) { EXPECT_EQ(arrow_path(walk.op()), path); }},
@@ -80,7 +82,7 @@ void Walk::run() {
   op_.emplace(*folder_, options_);
 }
 
-/// Values, and files as "name: text"; one without text is not there.
+/// Takes values, and files as "name: text". Removes a file that has no text.
 void Walk::set(const Line& line) {
   op_.reset();
   folder_.emplace(demo_with(line[1]));
@@ -118,11 +120,11 @@ void Walk::take(const std::string& cell, void (Walk::*otherwise)(const std::stri
   expect_tidy(*op_);
 }
 
-/// Items by their numbers, or one by its text.
+/// Chooses items by their numbers, or a line by its text.
 void Walk::choose(const std::string& path) {
   if (std::isdigit(static_cast<unsigned char>(path[0])) != 0) return op_->open(path);
   int row = 1;
-  while (row < screen_rows && op_->row(row).find(path) == std::string::npos) ++row;
+  while (row < screen_rows && op_->row(row).find(english(path)) == std::string::npos) ++row;
   op_->point(row);
   op_->enter();
 }
@@ -143,7 +145,7 @@ void Walk::keep(const std::string& values, bool alone) {
 
 void Walk::finish() {
   go_home();
-  EXPECT_EQ(op_->quit(saves_ ? "y" : ""), saves_ ? 1 : 0);
+  EXPECT_EQ(op_->quit(saves_ ? english("$yes") : ""), saves_ ? 1 : 0);
   EXPECT_TRUE(op_->echo() && op_->canonical() && op_->cursor_visible());
   Folder::Files files = folder_->files();
   for (const Value& v : kept_) {

@@ -71,7 +71,7 @@ void edit(Walk& walk, const Line& line) {
     walk.act(line[0]);
     walk.look(std::exchange(shown, ""));
     if (!typed.empty()) walk.act('"' + typed);
-    if (refused) walk.look("The value is out of range");
+    if (refused) walk.look("$out_of_range");
     if (number) {
       EXPECT_EQ(walk.op().bells() - bells, refused ? 1 : 0) << typed;
     }
@@ -109,8 +109,8 @@ TEST(Tour, ChangesSomethingOnEveryScreenAndFindsItAgain) {
   }
   // The language that is chosen on the way must not change what is found later.
   Folder::Files files = demo_with("");
-  const std::string english = read_file(source_dir() + "/languages/lang_00.ini");
-  files["lang_02.ini"] = "Tour English" + english.substr(english.find('\n'));
+  const std::string texts = read_file(source_dir() + "/languages/lang_00.ini");
+  files["lang_02.ini"] = "Tour English" + texts.substr(texts.find('\n'));
 
   Walk walk(files, {.rows = 30, .cols = 90});
   for (const Line& line : tour) walk.go(line);
