@@ -149,7 +149,7 @@ TEST(FailedSave, OutlivesALimitOfTheFileSize) {
   op.type("Attic\r");
   EXPECT_EQ(op.quit("y"), 1);
   EXPECT_TRUE(op.shows("SaveKestrelINI fail " + std::to_string(EFBIG))) << op.screen();
-  EXPECT_TRUE(op.shows("The changes could not be saved")) << op.screen();
+  EXPECT_TRUE(op.shows(english("$save_failed"))) << op.screen();
   EXPECT_EQ(folder.files(), before);
 }
 

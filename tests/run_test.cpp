@@ -4,6 +4,7 @@
 #include <string>
 
 #include "tests/operator.h"
+#include "tests/tables.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ TEST(Run, SavesOnYesAlone) {
     op.type("Attic\r");
     const bool saves = op.quit(answer) == 1;
     EXPECT_EQ(saves, std::string("yY\r").find(answer[0]) != std::string::npos);
-    EXPECT_EQ(op.output().find("The changes have been saved") != std::string::npos, saves);
+    EXPECT_EQ(op.output().find(english("$saved")) != std::string::npos, saves);
     EXPECT_EQ(folder.value("kestrel.ini", "System", "Name") == "\"Attic\"", saves);
     EXPECT_EQ(folder.files() == before, !saves);
   }

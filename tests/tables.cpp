@@ -4,6 +4,7 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <stdexcept>
 
@@ -14,7 +15,7 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
 }
 
-/// The parts of a text without the blanks around them.
+/// Returns the parts of a text without the blanks around them.
 std::vector<std::string> split(std::string_view text, std::string_view separator) {
   std::vector<std::string> parts;
   while (true) {
@@ -60,6 +61,22 @@ std::vector<Table> read_tables(std::string_view name) {
 
 std::vector<Line> read_table(std::string_view name) { return read_tables(name)[0].lines; }
 
+std::string english(std::string text) {
+  static const std::map<std::string, int> numbers = {
+#define TEXT(number, name, place) {#name, number},
+#include "lang/texts.inc"
+#undef TEXT
+  };
+  static const std::string language = read_file(source_dir() + "/languages/lang_00.ini");
+  static const std::regex reference("\\$([a-z_]+)");
+  for (std::smatch found; std::regex_search(text, found, reference);) {
+    const std::string digits = std::to_string(1000 + numbers.at(found[1])).substr(1);
+    const std::string quoted = ini_value(language, "Harrier", "String" + digits);
+    text = found.prefix().str() + quoted.substr(1, quoted.size() - 2) + found.suffix().str();
+  }
+  return text;
+}
+
 std::string keys(std::string text) {
   static const std::pair<const char*, const char*> names[] = {{"<Enter>", "\r"},
                                                               {"<Esc>", "\x1b"},
@@ -96,7 +113,7 @@ std::vector<Value> read_values(std::string_view cell) {
     }
     if (!known || value.section.empty()) throw std::runtime_error("no value: " + part);
     value.key = found[3];
-    value.text = found[4];
+    value.text = english(found[4]);
     values.push_back(value);
   }
   return values;

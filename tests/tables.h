@@ -6,8 +6,8 @@
 
 #include "tests/folder.h"
 
-/// A line of a table: its cells without the blanks around them, "x{40}" replaced by 40 times "x".
-/// Cells at the end that the line does not have are empty.
+/// A line of a table. Its cells have no blanks around them, and "x{40}" is 40 times "x". Cells that
+/// are missing at the end are empty.
 struct Line {
   int number = 0;  // in its file
   std::vector<std::string> cells;
@@ -19,18 +19,22 @@ struct Table {
   std::vector<Line> lines;
 };
 
-/// The tables of a file in tests/data: "[name]" begins one, "#" a comment, and " | " stands between
-/// two cells. Throws when there are none, so that no case is lost in silence.
+/// Reads the tables of a file in tests/data. "[name]" begins a table, "#" a comment, and " | "
+/// separates two cells. Throws when there are none, so that no case is lost in silence.
 std::vector<Table> read_tables(std::string_view name);
-std::vector<Line> read_table(std::string_view name);  // the first one alone
+std::vector<Line> read_table(std::string_view name);  // the first table
 
-/// A text with names of keys as it is typed: "Sam<Enter><Esc>".
+/// The text with wordings for references: "$new_value" becomes the English text of that name in
+/// lang/texts.inc. Throws when no text has that name.
+std::string english(std::string text);
+
+/// The text with keys for their names: "Sam<Enter><Esc>" becomes "Sam\r\x1b".
 std::string keys(std::string text);
 
-/// The name of a table as that of a case.
+/// The letters and digits of a table's name, as the name of a case.
 std::string case_name(const Table& table);
 
-/// What a key of a configuration file holds, with its quotes if it has any.
+/// A key of a configuration file and its value, with quotes if it has any.
 struct Value {
   std::string file;
   std::string section;
@@ -38,11 +42,12 @@ struct Value {
   std::string text;
 };
 
-/// Values as a cell holds them: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". Without a name
-/// they are of kestrel.ini, and without a section of that of the value before.
+/// Reads the values of a cell: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". A value without
+/// a file name belongs to kestrel.ini, and a value without a section to that of the value before.
+/// References to texts become English.
 std::vector<Value> read_values(std::string_view cell);
 
-/// Puts values into files, in new sections at their end where they have none yet.
+/// Puts values into files. Adds missing sections at the end of a file.
 void put_values(Folder::Files& files, std::string_view cell);
 
 /// The demo configuration with these values.

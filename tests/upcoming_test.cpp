@@ -22,14 +22,14 @@ TEST(Upcoming, ListsAHundredDaysWhateverTheHeight) {
     SCOPED_TRACE(rows);
     Operator op(folder, {.rows = rows, .environment = {{"TZ", "UTC"}}});
     op.open("4/17");
-    EXPECT_EQ(op.row(more), "  --> Show more");
-    EXPECT_EQ(op.row(more + 2), "      Leave this menu");
+    EXPECT_EQ(op.row(more), english("  --> $show_more"));
+    EXPECT_EQ(op.row(more + 2), english("      $back"));
     EXPECT_EQ(arrow_path(op), "1 3 1");
     for (int row = more - 2, day = 99; row > 0 && day >= 0; --row, --day) {
       const std::time_t at = first + day * day_seconds;
       char line[80];
       std::strftime(line, sizeof line, "%d.%m.%Y %H:%M Rack A right           ", std::gmtime(&at));
-      EXPECT_EQ(op.row(row), std::string(line) + "Operating system shutdown");
+      EXPECT_EQ(op.row(row), line + english("$action_shutdown"));
     }
   }
 }

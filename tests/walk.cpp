@@ -7,12 +7,12 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tests/picture.h"
+#include "tests/golden.h"
 #include "tui/columns.h"
 
 namespace {
 
-/// A terminal may be larger than a screen may be.
+/// The largest screen. A terminal may be larger.
 constexpr int screen_rows = 24;
 constexpr int screen_columns = 80;
 constexpr int frame_columns = 70;
@@ -36,40 +36,10 @@ void expect_tidy(Operator& op) {
   }
 }
 
-char colour_of(const Look& look) {
-  constexpr std::pair<char, Look> colours[] = {
-      {'w', {7, 0, true}}, {'d', {7, 0, false}}, {'c', {6, 0, true}},   {'g', {2, 0, true}},
-      {'r', {1, 0, true}}, {'x', {1, 0, false}}, {'p', {-1, -1, false}}};
-  for (const auto& [letter, known] : colours) {
-    if (look == known) return letter;
-  }
-  return '?';
-}
-
-/// The screen with the colours of each row before it, in their order from left to right.
-std::string with_colours(Operator& op) {
-  std::istringstream lines(op.screen());
-  std::string screen;
-  for (int row = 1; row <= screen_rows; ++row) {
-    std::string line;
-    std::getline(lines, line);
-    std::string colours;
-    for (int col = 1; col <= screen_columns; ++col) {
-      const Cell cell = op.cell(row, col);
-      const bool shown = cell.text != " " || cell.look.background > 0;
-      if (shown && !colours.ends_with(colour_of(cell.look))) colours += colour_of(cell.look);
-    }
-    colours.resize(std::max<std::size_t>(colours.size(), 3), ' ');
-    screen.append(colours).append("|").append(line).append("\n");
-  }
-  screen.erase(screen.find_last_not_of(" |\n") + 1);
-  return screen + "\n";
-}
-
 /// The cells that begin with a mark.
 struct Step {
   std::string_view mark;
-  void (*take)(Walk& walk, const std::string& text);  // behind the mark
+  void (*take)(Walk& walk, const std::string& text);  // after the mark
 };
 
 constexpr Step steps[] = {
@@ -80,16 +50,13 @@ constexpr Step steps[] = {
     {"rows ", [](Walk& walk,
                  const std::string& rows) { walk.op().resize(std::stoi(rows), screen_columns); }},
     {"without ",
-     [](Walk& walk, const std::string& text) { EXPECT_FALSE(walk.op().shows(text)) << text; }},
+     [](Walk& walk, const std::string& text) {
+       EXPECT_FALSE(walk.op().shows(english(text))) << text;
+     }},
     {"bells ",
      [](Walk& walk, const std::string& times) { EXPECT_EQ(walk.op().bells(), std::stoi(times)); }},
     {"arrow ", [](Walk& walk, const std::string& path) { EXPECT_EQ(arrow_path(walk.op()), path); }},
-    {"screen ",
-     [](Walk& walk, const std::string& name) {
-       EXPECT_EQ(with_colours(walk.op()),
-                 read_file(source_dir() + "/tests/data/screens/" + name + ".txt"));
-     }},
-    {"picture ", [](Walk& walk, const std::string& name) { expect_picture(walk.op(), name); }},
+    {"screen ", [](Walk& walk, const std::string& name) { expect_screen(walk.op(), name); }},
     {"==", [](Walk& walk, const std::string& values) { walk.keep(values, true); }},
     {"=", [](Walk& walk, const std::string& values) { walk.keep(values, false); }},
 };
@@ -115,7 +82,7 @@ void Walk::run() {
   op_.emplace(*folder_, options_);
 }
 
-/// Values, and files as "name: text"; one without text is not there.
+/// Takes values, and files as "name: text". Removes a file that has no text.
 void Walk::set(const Line& line) {
   op_.reset();
   folder_.emplace(demo_with(line[1]));
@@ -153,11 +120,11 @@ void Walk::take(const std::string& cell, void (Walk::*otherwise)(const std::stri
   expect_tidy(*op_);
 }
 
-/// Items by their numbers, or one by its text.
+/// Chooses items by their numbers, or a line by its text.
 void Walk::choose(const std::string& path) {
   if (std::isdigit(static_cast<unsigned char>(path[0])) != 0) return op_->open(path);
   int row = 1;
-  while (row < screen_rows && op_->row(row).find(path) == std::string::npos) ++row;
+  while (row < screen_rows && op_->row(row).find(english(path)) == std::string::npos) ++row;
   op_->point(row);
   op_->enter();
 }
@@ -178,7 +145,7 @@ void Walk::keep(const std::string& values, bool alone) {
 
 void Walk::finish() {
   go_home();
-  EXPECT_EQ(op_->quit(saves_ ? "y" : ""), saves_ ? 1 : 0);
+  EXPECT_EQ(op_->quit(saves_ ? english("$yes") : ""), saves_ ? 1 : 0);
   EXPECT_TRUE(op_->echo() && op_->canonical() && op_->cursor_visible());
   Folder::Files files = folder_->files();
   for (const Value& v : kept_) {

@@ -7,9 +7,9 @@
 #include "tests/operator.h"
 #include "tests/tables.h"
 
-/// A person who goes through the program by the lines of a table and looks at what comes of it:
-/// tests/data/walks.txt tells how they are written. Whatever is done, every screen has to fit its
-/// frame, and menus and questions have to have the terminal as they need it.
+/// A person who goes through the program by the lines of a table and looks at what comes of it.
+/// tests/data/walks.txt describes the lines. After each step the screen must fit its frame, and the
+/// terminal must be in the mode that a menu or a question needs.
 class Walk {
  public:
   /// Starts the program in a new folder with these files.
@@ -17,17 +17,18 @@ class Walk {
 
   void go(const Line& line);
 
-  /// One cell of a line: something to do, or something to see.
+  /// A cell of a line: `act` takes something to do, `look` something to see.
   void act(const std::string& cell) { take(cell, &Walk::choose); }
   void look(const std::string& cell) { take(cell, &Walk::see); }
 
   void go_home();  // to the main menu
 
-  /// What the files have to hold at the end of the run; with `alone` nothing else may change then.
+  /// Adds values that the files must hold at the end of the run. With `alone` nothing else may
+  /// change.
   void keep(const std::string& values, bool alone);
 
-  /// Ends the run, saving if a file has to change, and looks at the files. A run that saves nothing
-  /// leaves the files as they are.
+  /// Ends the run and compares the files. Saves if a configuration file must change; otherwise the
+  /// program must not ask, and all files must stay as they are.
   void finish();
 
   void run();  // starts the program again
@@ -39,7 +40,7 @@ class Walk {
   void set(const Line& line);
   void take(const std::string& cell, void (Walk::*otherwise)(const std::string&));
   void choose(const std::string& path);
-  void see(const std::string& text) { op_->expect(text); }
+  void see(const std::string& text) { op_->expect(english(text)); }
 
   Options options_;
   std::optional<Folder> folder_;
@@ -50,6 +51,6 @@ class Walk {
   bool saves_ = false;
 };
 
-/// Moves the arrow of a screen down as far as it goes, and up again, and returns the lines it has
-/// stood on: "1 2 4 2 1". Lines are counted from the one it begins on.
+/// Moves the arrow down as far as it goes, and up again. Returns the lines it has stood on:
+/// "1 2 4 2 1". Line 1 is the line where it begins.
 std::string arrow_path(Operator& op);
