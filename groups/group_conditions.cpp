@@ -27,7 +27,7 @@ bool about_redundancy(unsigned type) {
   return type == type_redundancy_lost || type == type_redundancy_restored;
 }
 
-/// Empty for a type whose text would lie outside the table.
+/// Empty for a type whose text would be outside the table.
 std::string type_name(unsigned type) {
   if (type == 0) return LangText[text::unused];
   if (type == type_redundancy_lost) return LangText[text::redundancy_lost];
@@ -49,8 +49,8 @@ void choose_type(const Subject& s, int item) {
   type_of(s) = static_cast<std::uint16_t>(s.first + item);
 }
 
-/// The back item counts as a type too: leaving the first page without a choice stores 15, leaving
-/// the second one 26. Whoever only wanted to look has to choose the old type again.
+/// The back item counts as a type too: leaving the first page stores 15, leaving the second page
+/// stores 26. An operator who only looks has to choose the old type again.
 int choose_item_number(const Subject& s, int item) {
   choose_type(s, item);
   return 0;
@@ -91,8 +91,8 @@ void ask_source_number(const Subject& s, text::Id label, int current, int base =
   source_of(s) = static_cast<std::uint16_t>(number + static_cast<unsigned>(base));
 }
 
-/// Asks for a number and stores it, `base` added. The number shown, which Enter alone takes, is the
-/// stored one less 100 above 100, and whole up to there: a source of 100 is shown as 100.
+/// Asks for a number and stores it plus `base`. The present number is shown less 100 if it is above
+/// 100, so a source of 100 is shown as 100. Enter alone takes the shown number.
 template <int base>
 void store_number(const Subject& s) {
   const int source = source_of(s);
@@ -116,7 +116,7 @@ constexpr Screen source_screen{
 
 // --- One condition ------------------------------------------------------------------------------
 
-/// From type 22 on, which has the choice of a source nevertheless, the bare number is shown.
+/// From type 22 on, the screen shows the bare number, although type 22 has the choice of a source.
 std::string source_text(const Subject& s) {
   constexpr unsigned last_type_with_text = 21;
   const int source = source_of(s);
@@ -127,8 +127,8 @@ std::string source_text(const Subject& s) {
   return format("%s [%d]", LangText[text::source_count], source - count_base);
 }
 
-/// The conditions behind the deleted one move up, each with its source. The last one loses
-/// its type only: its source is still there when it is given a new one.
+/// The conditions after the deleted one move up, each with its source. The last place loses only
+/// its type. Its source is still there when it gets a new type.
 void delete_condition(const Subject& s) {
   GroupEvent& event = event_of(s);
   for (int i = s.condition; i + 1 < condition_count; ++i) {
@@ -169,15 +169,11 @@ void print_condition(const Subject& s, int item) {
 
 void open_condition(const Subject& s, int item) { group_job_param2(s.group, s.event, item - 1); }
 
-constexpr Row list_rows[] = {
-    rule,
-    back,
-};
 constexpr Screen list_screen{
     .start_row = 2,
     .title = text::conditions,
     .list = {.count = condition_count, .line = print_condition, .enter = open_condition},
-    .rows = list_rows};
+    .rows = only_back};
 
 }  // namespace
 

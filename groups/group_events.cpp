@@ -42,7 +42,7 @@ void open_event(const Subject& page, int item) {
 
 bool has_next_page(const Subject& page) { return page.first + page_size < event_count; }
 
-/// There is no way back to the page before: leaving this page leaves the list.
+/// There is no way back to the page before. Leaving this page leaves the list.
 void show_next_page(const Subject& page);
 
 constexpr Row list_rows[] = {
@@ -68,13 +68,13 @@ constexpr int first_action_item = 3;
 
 void* job_of(const Subject& s) { return &event_of(s).job; }
 
-/// Enter opens the editor of the action, where it is switched on or off.
+/// Opens the editor of the action, which switches it on or off.
 int edit_action(const Subject& s, int item) {
   group_job_param1(s.group, s.event, item - first_action_item);
   return item;
 }
 
-/// The rest of the event stays until the place is opened again.
+/// The rest of the event stays until somebody opens the place again.
 void delete_event(const Subject& s) { event_of(s).Type[0] = 0; }
 
 constexpr Row event_rows[] = {

@@ -9,9 +9,9 @@ constexpr int items_with_file = 4;
 
 Job& job_of(int group, int event) { return INI1.group[group].events[event].job; }
 
-/// Line 3 always goes on into line 4. For a program that is its file, which is asked once more
-/// where line 3 is the file itself; for a message it is the way out. Operators count on it: the
-/// interval is the last thing that they enter.
+/// Line 3 always goes on into line 4. For a program, line 4 is its file. It is asked for twice
+/// where line 3 is the file itself. For a message, line 4 is the way out. Operators count on it:
+/// the interval is the last value that they enter.
 int go_on_into_line_4(const ActionEdit& edit) {
   constexpr int line_3 = 3;
   constexpr int leave = 0;
@@ -20,12 +20,13 @@ int go_on_into_line_4(const ActionEdit& edit) {
   return line_3;
 }
 
-/// A group has a shutdown delay of its own; that of the action is kept and has no line.
+/// A group has a shutdown delay of its own. The delay of the action stays in the record, without a
+/// line.
 int items_of(int action) { return action == shutdown_action ? 1 : action_items(action); }
 
 bool has_interval(int event) { return event % 2 == 0; }
 
-/// The first heading goes by the number of the group as if it were that of an event.
+/// The first heading is an event name, chosen by the number of the group. Operators know it so.
 ActionEdit edit_of(int group, int event, int action, int items, bool shows_interval) {
   return {.heading = static_cast<text::Id>(text::event_first + group),
           .job = &job_of(group, event),

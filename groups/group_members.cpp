@@ -34,7 +34,8 @@ constexpr Screen ups_screen{
 
 // --- The members --------------------------------------------------------------------------------
 
-/// A member whose UPS has lost its name shows no name, unlike a place without a member.
+/// A member whose UPS has lost its name shows an empty name. A place without a member shows text
+/// 335.
 void print_member(const Subject& s, int item) {
   const int number = INI1.group[s.group].UPS[item - 1];
   if (number == 0)
@@ -47,16 +48,11 @@ void open_member(const Subject& s, int item) {
   run_screen(ups_screen, {.group = s.group, .member = item - 1});
 }
 
-constexpr Row member_rows[] = {
-    rule,
-    back,
-};
-
 constexpr Screen member_screen{
     .start_row = 2,
     .title = text::group_members,
     .list = {.count = member_count, .line = print_member, .enter = open_member},
-    .rows = member_rows};
+    .rows = only_back};
 
 }  // namespace
 

@@ -29,13 +29,13 @@ bool system_shutdown(const Subject& s) {
 
 bool ups_shutdown(const Subject& s) { return exists(s) && group_of(s).AllowedUPSShutdown != 0; }
 
-/// Without its name the group counts as empty; the rest is cleared when the slot is opened again.
+/// A group without a name counts as empty. Opening the slot again clears the rest.
 void delete_group(const Subject& s) {
   group_of(s).Name.assign("");
   group_of(s).AllowedUPSReboot = 0;
 }
 
-/// "N", or "N+" and how many UPSs there are to spare.
+/// "N", or "N+" and the number of UPSs that may fail.
 std::string redundancy(const Subject& s) {
   const int level = group_of(s).RedundancyLevel;
   return level == 0 ? "N" : format("N+%d", level);

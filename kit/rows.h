@@ -33,11 +33,11 @@ using Test = bool (*)(const Subject&);
 struct Command {
   constexpr Command() = default;
   constexpr Command(void (*function)(const Subject&)) : run(function) {}
-  constexpr Command(int (*function)(const Subject&, int)) : lead(function) {}
+  constexpr Command(int (*function)(const Subject&, int)) : go(function) {}
   constexpr Command(const Screen* opened) : screen(opened) {}
 
   void (*run)(const Subject&) = nullptr;
-  int (*lead)(const Subject&, int item) = nullptr;  // returns the arrow's next item, 0 to leave
+  int (*go)(const Subject&, int item) = nullptr;  // returns the arrow's next item, 0 to leave
   const Screen* screen = nullptr;
 };
 
@@ -169,3 +169,6 @@ inline constexpr Row rule = {};
 
 /// The way out, item 0.
 inline constexpr Row back = {.act = Act::back, .number = "0"};
+
+/// The rows of a screen that has nothing but a list.
+inline constexpr Row only_back[] = {rule, back};

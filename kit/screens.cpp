@@ -159,15 +159,15 @@ int base_of(const Screen& screen) {
 // --- Commands -----------------------------------------------------------------------------------
 
 /// Runs a command and returns the arrow's next item, 0 to leave.
-int run_command(const Command& command, const Subject& subject, int item) {
-  if (command.lead != nullptr) return command.lead(subject, item);
+int carry_out(const Command& command, const Subject& subject, int item) {
+  if (command.go != nullptr) return command.go(subject, item);
   if (command.screen != nullptr) run_screen(*command.screen, subject);
   if (command.run != nullptr) command.run(subject);
   return item;
 }
 
 bool has_command(const Row& row) {
-  return row.command.run != nullptr || row.command.lead != nullptr || row.command.screen != nullptr;
+  return row.command.run != nullptr || row.command.go != nullptr || row.command.screen != nullptr;
 }
 
 /// What Enter does on a row that has no command.
@@ -186,7 +186,7 @@ int enter_row(const Screen& screen, const Subject& subject, int item) {
   const Row& row = *row_of(screen, subject, item);
   if (row.act == Act::back) return 0;
   if (has_command(row))
-    item = run_command(row.command, subject, item);
+    item = carry_out(row.command, subject, item);
   else
     edit_field(row, entry_of(screen, subject));
   if (row.settle != nullptr) row.settle(subject);

@@ -49,9 +49,10 @@ void edit_recipient(const Subject&, int item) {
   SMS& recipient = INI1.sms[item - 1];
   Text<32>& name = recipient.Name;
   ask_name(text::name, name.view(), text::delete_recipient_hint, name.bytes, sizeof name.bytes);
-  // The name counts as it stands now: Enter alone deletes a recipient whose stored name begins so.
+  // The present name counts, typed or not. So Enter alone deletes a recipient whose stored name
+  // begins with the mark.
   if (name.bytes[0] == deletion_mark) {
-    // The number stays in the record: it is gone with the slot when the file is written.
+    // The number stays in the record. The writer leaves it out together with the slot.
     name.bytes[0] = '\0';
   } else {
     edit_text_field(text::telephone_number, recipient.TelNumber.bytes,
@@ -59,16 +60,11 @@ void edit_recipient(const Subject&, int item) {
   }
 }
 
-constexpr Row recipient_rows[] = {
-    rule,
-    back,
-};
-
 constexpr Screen recipients_screen{
     .start_row = 2,
     .title = text::sms_recipients,
     .list = {.count = sms_count, .line = print_recipient, .enter = edit_recipient},
-    .rows = recipient_rows};
+    .rows = only_back};
 
 }  // namespace
 

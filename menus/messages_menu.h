@@ -5,7 +5,7 @@
 void mess_param();
 void print_mess_param(int selected);
 
-/// The list of SMS recipients. Enter edits the name of a recipient and then its number; a name that
+/// The list of SMS recipients. Enter edits the name of a recipient and then its number. A name that
 /// begins with "*" deletes the recipient.
 void gsm_param();
 void print_gsm_param(int selected);

@@ -40,9 +40,9 @@ std::string gsm_type(const Subject&) {
 
 void toggle_gsm_type(const Subject&) { INI1.sms_config.Type = INI1.sms_config.Type == 0 ? 1 : 0; }
 
-/// On its way down the arrow passes over the settings while this modem is off, on its way up from
-/// the last item while the dial-up modem is off: operators count key presses. So the arrow may come
-/// to rest on dimmed settings, and may miss bright ones.
+/// Going down, the arrow passes over the settings while this modem is off. Going up from the last
+/// item, it passes over them while the dial-up modem is off. So the arrow may rest on dimmed
+/// settings and may miss bright ones. Operators count key presses.
 int gsm_step(const Subject& subject, int from, int to) {
   if (from == allowed_item && !gsm_modem_allowed(subject)) return back_item;
   if (from == back_item && !modem_allowed(subject)) return allowed_item;

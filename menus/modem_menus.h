@@ -1,6 +1,6 @@
 #pragma once
 
-/// The screens behind the messages menu, each with an on/off switch as its first item. While a
+/// The screens that the messages menu opens, each with an on/off switch as its first item. While a
 /// switch is off, the other settings of its screen are dimmed.
 
 /// The dial-up modem.

@@ -20,7 +20,7 @@ constexpr Row network_rows[] = {
     flag("4", text::ignore_remote_commands, FIELD(Record, system.IgnoreRemoteUPSCommands)),
     flag("5", text::http_access, FIELD(Record, network.HTTP)),
     words("6", text::http_path, FIELD(Record, network.HTTPPath)),
-    // Switched on, the check value is 1: a password is wanted, and the next item sets it.
+    // Switching it on stores the check value 1: a password is wanted. The next item sets it.
     flag("7", text::password_on, FIELD(Record, system.PasswordProtection)),
     open("7.1", text::enter_password, change_password).live_if(has_password),
     rule,

@@ -21,7 +21,7 @@ void note_shown_language() {
 
 bool logging(const Subject&) { return INI1.system.DataLog != 0; }
 
-// The bound that was just edited gives way, within what its 16 bits hold.
+// The bound that was just edited is corrected, within its 16 bits.
 
 void keep_min_below_max(const Subject&) {
   SystemBlock& system = INI1.system;

@@ -26,7 +26,7 @@ void store(const Field& field, Job& job, std::uint16_t number) {
   if (exists(field)) set_number_at(field, &job, number);
 }
 
-/// As the frame of every screen, with a second title.
+/// The usual frame with a second title.
 void print_headings(const Subject& s) {
   print_escapeseq(escape::clear_screen);
   cursor_gotopos(start_row, 0, 0);
@@ -57,7 +57,7 @@ int go_on_after_line_3(const Subject& s, int line) {
   return line == 3 && s.edit->after_line_3 != nullptr ? s.edit->after_line_3(*s.edit) : line;
 }
 
-// An item keeps its number where another has no line.
+// An item keeps its number when an item before it has no line.
 constexpr Row editor_rows[] = {
     flag("1", text::action_log, FIELD(ActionValues, flag))
         .labelled(action_label)

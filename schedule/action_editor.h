@@ -38,8 +38,8 @@ inline constexpr JobAction job_actions[] = {
 
 constexpr int action_count = std::size(job_actions);
 
-/// The row of action `action` on the screen of a job, with its switch. Enter does not toggle it but
-/// does `editor`: the action is switched there.
+/// The row of action `action` on the screen of a job. It shows the switch, and Enter does `editor`,
+/// which opens the editor of the action.
 constexpr Row action_row(const char* number, int action, Command editor) {
   return flag(number, job_actions[action].label, job_actions[action].flag).enters(editor);
 }
@@ -72,8 +72,8 @@ struct ActionEdit {
 /// Draws the editor with the values of `edit` and with the arrow on line `selected`.
 void print_action_editor(ActionEdit edit, int selected);
 
-/// Edits an action of `edit.job`. The values are stored when the editor is left, and always then;
-/// the program file is edited in place.
+/// Edits an action of `edit.job`. Leaving the editor always stores the values. The program file is
+/// edited in place.
 void run_action_editor(ActionEdit edit);
 
 /// Asks for the program file of an action of a job.

@@ -11,7 +11,7 @@ constexpr std::int64_t hour_seconds = 3600;
 constexpr std::int64_t day_seconds = 86400;
 constexpr std::size_t longest_text = 50;
 
-/// Steps after which `my_mktime` gives up: four days, so an hour that exists was met long before.
+/// `my_mktime` stops after this many hours. An hour that exists is met long before.
 constexpr int most_steps = 100;
 
 /// Takes the whole `size`s out of `low` and adds them to `high`.
@@ -25,10 +25,10 @@ bool fits(std::int64_t seconds) {
          seconds <= std::numeric_limits<std::int32_t>::max();
 }
 
-/// `totalsec` before it is cut to 32 bits. Wide inside, so that no sum of six `int`s overflows.
+/// `totalsec` before it is cut to 32 bits. Computes in 64 bits, so that no sum overflows.
 std::int64_t wide_totalsec(std::int64_t year, std::int64_t month, std::int64_t day,
                            std::int64_t hour, std::int64_t minute, std::int64_t second) {
-  // The state of the present moment, not of the date: `my_mktime` corrects the hour anyway.
+  // The present moment counts, not the date. `my_mktime` corrects the hour anyway.
   const bool summer = local_time(std::time(nullptr)).tm_isdst != 0;
   if (year < 70 || year > 138) return -1;
 
@@ -64,8 +64,8 @@ std::tm this_minute() {
   return now;
 }
 
-/// Cuts the text before the first `separator` off `rest`, and the separator with it. Returns false
-/// when there is none.
+/// Moves the text before the first `separator` from `rest` to `piece`, and drops the separator.
+/// Returns false when there is no separator.
 bool cut(std::string& rest, char separator, std::string& piece) {
   const std::size_t at = rest.find(separator);
   if (at == std::string::npos) return false;
@@ -74,7 +74,7 @@ bool cut(std::string& rest, char separator, std::string& piece) {
   return true;
 }
 
-/// `atoi` for any number of digits: what is too long for an `int` stays far out of every range.
+/// `atoi` for any number of digits. A number too long for an `int` stays out of every range.
 int number(const std::string& piece) {
   constexpr long far_out = 1'000'000'000;
   return static_cast<int>(std::clamp(std::strtol(piece.c_str(), nullptr, 10), -far_out, far_out));
@@ -100,8 +100,8 @@ std::int32_t my_mktime(const std::tm* local) {
     return 0;
   }
   const auto wanted = static_cast<std::uint8_t>(local->tm_hour);
-  // A year out of range gives -1, and the search runs on it as on any other count: it ends near
-  // 1970, where `check_datetime` finds it in the past.
+  // For a year out of range this is -1, and the search starts from there. It ends near 1970, and
+  // `check_datetime` refuses that as past.
   std::int64_t t = wide_totalsec(local->tm_year, local->tm_mon, std::int64_t{local->tm_mday} - 1,
                                  local->tm_hour, local->tm_min, local->tm_sec);
   if (!fits(t)) return 0;
@@ -115,8 +115,8 @@ std::int32_t my_mktime(const std::tm* local) {
     t += direction * hour_seconds;
     counter += direction;
   }
-  // More than ten steps are taken for a way across midnight. Eleven hours from UTC that is wrong
-  // for a part of the day, and the service counts on the same day as we do.
+  // More than ten steps means that the search crossed midnight. In zones eleven hours from UTC this
+  // is wrong for a part of the day. The service computes the same day as we do.
   if (counter > 110) t -= day_seconds;
   if (counter < 90) t += day_seconds;
   return fits(t) ? static_cast<std::int32_t>(t) : 0;

@@ -9,7 +9,7 @@ int TestSchedules(std::int64_t now, const Record& record, int index) {
   const ScheduleEntry& entry = record.schedule[index];
   if (local == nullptr || entry.action == 0) return 0;
 
-  const std::tm now_local = *local;  // the next call uses the same memory
+  const std::tm now_local = *local;  // the next call of localtime uses the same memory
   const auto entry_time = static_cast<std::time_t>(entry.time);
   const std::tm* at = std::localtime(&entry_time);
   if (at == nullptr || !schedule_fires(entry, *at, now_local, minute)) return 0;

@@ -32,7 +32,7 @@ constexpr Row all_defaults_rows[] = {
 constexpr Screen all_defaults_question{
     .start_row = 2, .title = text::all_defaults, .rows = all_defaults_rows};
 
-// The answer yes leaves the question open, so the arrow has to be moved to no to get back.
+// The answer yes leaves the question open. The operator moves the arrow to no to get back.
 constexpr Row job_defaults_rows[] = {
     open("1", text::yes, opens<values_to_default, &Subject::event, &Subject::event>),
     no,
@@ -40,9 +40,9 @@ constexpr Row job_defaults_rows[] = {
 constexpr Screen job_defaults_question{
     .start_row = 2, .title = text::job_defaults_question, .rows = job_defaults_rows};
 
-/// Without "exec" a shell would wait for the editor, and an interrupt that the editor takes for
-/// itself would end that shell: the menu would come back while the editor still reads the keys.
-/// When there is no such editor, the menu comes back at once.
+/// "exec" replaces the shell by the editor. Otherwise an interrupt would end the shell but not an
+/// editor that catches it, and the menu would come back while the editor still reads the keys.
+/// Without an editor the menu comes back at once.
 void edit_script(const Subject&) { run_command("exec vi ups_shut.scr"); }
 
 constexpr Row script_rows[] = {
@@ -74,7 +74,7 @@ constexpr Screen jobs_screen{.start_row = 2, .title = text::jobs_title, .rows = 
 
 // --- The list of the jobs -----------------------------------------------------------------------
 
-/// The name of the event, and a letter for each action: red for those that are off.
+/// The name of the event, and a letter for each action, red for an action that is off.
 void print_job_line(const Subject& s, int item) {
   constexpr int name_columns = 40;
   constexpr int other_columns = 5 + 2 + action_count;  // a gap, the brackets, the letters
@@ -92,11 +92,6 @@ void print_job_line(const Subject& s, int item) {
 
 void open_job(const Subject& s, int item) { job_param(s.first + item - 1); }
 
-constexpr Row job_list_rows[] = {
-    rule,
-    back,
-};
-
 Screen job_list_screen(int first, int last) {
   return {.start_row = 2,
           .title = text::job_list,
@@ -104,7 +99,7 @@ Screen job_list_screen(int first, int last) {
                    .line = print_job_line,
                    .enter = open_job,
                    .restarts = true},
-          .rows = job_list_rows};
+          .rows = only_back};
 }
 
 // --- One job ------------------------------------------------------------------------------------
@@ -113,14 +108,14 @@ bool can_shut_down(const Subject& s) { return s.event != 2 && s.event != 4; }
 
 constexpr int first_action_item = 1;
 
-/// Enter opens the editor of the action, where it is switched on or off.
+/// Opens the editor of the action, which switches it on or off.
 int edit_action(const Subject& s, int item) {
   job_param1(s.event, item - first_action_item);
   return item;
 }
 
-/// For an event that cannot shut down, the arrow going up from item 6 passes over item 4 as well as
-/// over the dimmed item 5; operators count key presses.
+/// For an event that cannot shut down, item 5 is dim. Going up from item 6, the arrow passes over
+/// item 4 as well. Operators count key presses.
 int skip_four_going_up(const Subject& s, int from, int to) {
   return from == 6 && to < from && !can_shut_down(s) ? 3 : to;
 }
@@ -148,7 +143,7 @@ constexpr Screen job_screen{.start_row = 2,
 
 // --- One action of a job ------------------------------------------------------------------------
 
-/// What an odd event tells happens once: nothing is repeated, so there is no interval.
+/// An event that ends something happens once. Nothing is repeated, so there is no interval.
 ActionEdit edit_of(int event, int action) {
   return {.heading = event_name({.event = event}),
           .job = &INI1.job[event],

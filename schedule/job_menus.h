@@ -8,7 +8,7 @@
 void jobs_param();
 void print_jobs_param(int selected);
 
-/// Asks whether to edit the shutdown script, which lies in the working directory.
+/// Asks whether to edit the shutdown script, ups_shut.scr in the working directory.
 void jobs_param1();
 
 /// The list of the jobs of the events `first` to `last`.

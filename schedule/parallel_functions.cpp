@@ -10,14 +10,14 @@ bool groups_enabled(const Subject&) { return INI1.system.EnabledGroups != 0; }
 
 // --- The groups ---------------------------------------------------------------------------------
 
-/// Every group looks unused here, whatever its name; the number alone tells them apart.
+/// Every group looks unused here, whatever its name. Operators know them by their numbers.
 void print_group_line(const Subject&, int) { print_value(LangText[text::unused]); }
 
 void open_group(const Subject&, int item) { group_param(item - 1); }
 
 constexpr Row group_list_rows[] = {
     rule,
-    back.unaligned(),  // under the tens of the numbers, unlike on other screens
+    back.unaligned(),  // below the first digit of 10; other lists have it below the second
 };
 constexpr Screen group_list{
     .start_row = 2,
@@ -27,8 +27,8 @@ constexpr Screen group_list{
 
 // --- The functions ------------------------------------------------------------------------------
 
-/// While groups are off, the arrow going up from the back item passes over item 4 as well as over
-/// the dimmed item 5; operators count key presses.
+/// While groups are off, item 5 is dim. Going up from the back item, the arrow passes over item 4
+/// as well. Operators count key presses.
 int skip_four_going_up(const Subject& s, int from, int to) {
   return from == 8 && !groups_enabled(s) ? 3 : to;
 }

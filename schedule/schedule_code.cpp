@@ -6,7 +6,7 @@ ScheduleEntry ShedAction1;
 
 namespace {
 
-/// Bytes of the text form; every one takes two digits.
+/// Bytes of the text form. Each takes two digits.
 constexpr int code_bytes = 9;
 static_assert(2 * code_bytes < sizeof(ScheduleEntry::code));
 
@@ -16,7 +16,7 @@ void append_byte(std::string& code, std::uint32_t number, int shift) {
   code += digits[number >> shift & 15];
 }
 
-/// A hexadecimal digit as its distance from "0"; any other character gives some number.
+/// The value of a hexadecimal digit. Any other character results in some number.
 int digit(char c) {
   if (c >= 'A' && c <= 'F') return c - 7 - '0';
   if (c >= 'a' && c <= 'f') return c - 39 - '0';
@@ -48,7 +48,7 @@ void EncodeSchedules() {
 void DecodeSchedules() {
   for (ScheduleEntry& entry : INI.schedule) {
     if (entry.code.empty()) continue;
-    // A short code reads on behind its end: all 18 places lie within the field.
+    // All 18 places lie within the field, so a short code may be read past its end.
     std::uint8_t byte[code_bytes];
     for (int i = 0; i < code_bytes; ++i) byte[i] = get_hex(entry.code.bytes + 2 * i);
     ShedAction1 = entry;

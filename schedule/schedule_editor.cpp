@@ -18,7 +18,7 @@ namespace {
 
 ScheduleEntry& entry_of(const Subject& s) { return INI1.schedule[s.schedule]; }
 
-/// The rest of the entry stays until it is cleared on saving.
+/// The rest of the entry stays until saving clears it.
 void delete_schedule(const Subject& s) {
   entry_of(s).action = 0;
   entry_of(s).type = 0;
@@ -70,7 +70,7 @@ constexpr Screen weekday_chooser{
 
 void ask_weekday(const Subject& s) { run_screen(weekday_chooser, s); }
 
-/// Asks on the screen of the time, below it.
+/// Asks below the screen of the time.
 void ask_day_of_month(const Subject& s) {
   ScheduleEntry& entry = entry_of(s);
   print("\n\r%s [1-31] : ", LangText[text::choose_day]);
@@ -83,7 +83,7 @@ void ask_day_of_month(const Subject& s) {
   end_entry();
 }
 
-/// What the operator is asked for a `Repetition`, which is the place in the table, from 1 on.
+/// What the operator is asked for a `Repetition`. The rows are in the order of its numbers.
 struct Question {
   text::Id name;
   text::Id hint;
@@ -98,7 +98,7 @@ constexpr Question questions[] = {
     {text::monthly, text::time_hint, check_time, ask_day_of_month},
 };
 
-/// Asks until the time is valid, and returns it; 0 when nothing is typed.
+/// Asks until the time is valid, and returns it. Returns 0 when nothing is typed.
 std::int32_t ask_time(const Question& question) {
   for (;;) {
     constexpr int longest_time = 120;

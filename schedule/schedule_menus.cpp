@@ -20,11 +20,11 @@ constexpr int arrow_column = 3;
 
 enum UpcomingItem { more_item = 1, leave_item };
 
-/// The row of an item below a list of `lines` lines: each item has a rule above it.
+/// The row of an item after a list of `lines` lines. Each item has a rule above it.
 int upcoming_row(int lines, int item) { return arrow_base(compact) + lines + 2 * item; }
 
-/// A position holds two digits; in a taller terminal the rest of the way is a cursor movement down
-/// (ECMA-48 CUD).
+/// Prints `mark` beside a row. `cursor_gotopos` reaches row 99, a cursor movement (ECMA-48 CUD)
+/// goes on from there.
 void put_at(int row, const char* mark) {
   constexpr int last_position = 99;
   row = row_in_sight(row);
@@ -43,7 +43,7 @@ void print_upcoming_line(const std::tm& minute, const ScheduleEntry& entry) {
 }
 
 void upcoming_actions(const Subject&) {
-  std::int64_t from = std::time(nullptr);  // where what is on the screen begins
+  std::int64_t from = std::time(nullptr);  // start of the period on the screen
   const std::int64_t end = upcoming_end(from);
   std::int64_t next = from;
   int lines = 0;
@@ -60,7 +60,7 @@ void upcoming_actions(const Subject&) {
   };
   menu.enter = [&](int item) {
     if (item == leave_item) return 0;
-    // The whole period has been shown, so the frame that follows is empty.
+    // The whole period has been shown, so the next frame is empty.
     from = next;
     return item;
   };

@@ -21,7 +21,7 @@ bool known_action(const ScheduleEntry& entry) {
   return entry.action >= 1 && entry.action <= os_shutdown;
 }
 
-/// A day from a file may be any byte: the text with that number exists, whatever it says.
+/// A day from a file may be any byte. A text with that number always exists.
 const char* weekday(const ScheduleEntry& entry) {
   static_assert(text::weekday_first + UINT8_MAX < text_count);
   return LangText[text::weekday_first + entry.day];

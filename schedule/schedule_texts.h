@@ -5,8 +5,8 @@
 #include "config/record.h"
 #include "lang/text_ids.h"
 
-/// How a schedule entry is described on the screens that show it. What the entry holds may come
-/// from a file unchecked: unknown numbers have a text too.
+/// How the screens describe a schedule entry. The entry may come from a file unchecked, so unknown
+/// numbers have a text too.
 
 /// The actions that the editor offers, 1 to 6, in this order. A file may also hold 7, the shutdown
 /// of the operating system alone.

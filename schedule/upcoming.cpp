@@ -11,10 +11,11 @@ namespace {
 constexpr std::int64_t period = 100 * 86400;
 constexpr unsigned day_minutes = 1440;
 
-/// Minutes whose local time is derived from that of the first when both ends agree.
+/// Minutes whose local time is computed from the first one when both ends agree.
 constexpr unsigned stretch = 15;
 
-/// The minute that brings the count above this shows nothing more, and every later one one match.
+/// The minute that brings the count above this shows nothing more. Each later minute shows one
+/// match.
 constexpr int full_list = 9;
 
 std::optional<std::tm> local_time(std::int64_t seconds) {
@@ -29,7 +30,7 @@ unsigned minute_of_day(const std::tm& local) {
   return static_cast<unsigned>(local.tm_hour) * 60 + static_cast<unsigned>(local.tm_min);
 }
 
-/// The schedule with everything converted that stays the same for the whole period.
+/// The schedule, with the local time of each entry converted once for the whole period.
 class Schedule {
  public:
   explicit Schedule(const Record& record) : entries_(record.schedule) {
@@ -40,7 +41,7 @@ class Schedule {
     }
   }
 
-  /// Whether any entry wants this minute of the day.
+  /// Whether any entry has this minute of the day.
   bool wants(unsigned minute) const { return wanted_[minute]; }
 
   /// Shows what fires in the minute that begins at `minute`, and adds to `count`.
@@ -69,7 +70,7 @@ std::int64_t upcoming_end(std::int64_t now) {
 
 int next_actions(std::int64_t& start, std::int64_t end, const Record& record,
                  const ShowAction& show) {
-  tzset();  // `localtime_r` need not do it, and so does not look at the zone file every time
+  tzset();  // once, because `localtime_r` need not look at the zone file
   const Schedule schedule(record);
   int count = 0;
   std::optional<std::tm> first = local_time(minute_of(start));

@@ -36,7 +36,7 @@ std::uint16_t baud_of(char speed) {
 const UpsModel* FindUpsModelTxt(const char* code) {
   constexpr std::size_t shortest_code = 12;
   const std::string_view text(code);
-  // Spelled so for the service, which compares it.
+  // The service compares this spelling.
   FindModel = {"Unknow model", unknown_model, 0, 2400};
   if (text.size() < shortest_code) return nullptr;
   const std::uint8_t number = number_of(text);

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// What a type code tells about a UPS.
+/// What a type code says about a UPS.
 struct UpsModel {
   char text[51];        // the code itself, up to 50 characters of it, or "Unknow model"
   std::uint8_t number;  // 14, 21 or 30; 255 when unknown
@@ -13,8 +13,7 @@ struct UpsModel {
 /// The result of the last call of `FindUpsModelTxt`, whether it succeeded or not.
 extern UpsModel FindModel;
 
-/// Decodes the code that is printed on a UPS: a product line in its first five characters and the
-/// speed of its serial line in the seventh, 12 characters or more in all. Returns `FindModel`, or
-/// null for a code that belongs to no product line which the service supports. `code` must not
-/// point into `FindModel`.
+/// Decodes the code that is printed on a UPS. It has 12 characters or more: the first five name the
+/// product line, the seventh the speed of the serial line. Returns `FindModel`, or null for a code
+/// of no product line that the service supports. `code` must not point into `FindModel`.
 const UpsModel* FindUpsModelTxt(const char* code);

@@ -46,8 +46,8 @@ std::string link_name(const Subject& s) {
   }
 }
 
-/// The next kind of link, in the order that operators know: TCP/IP comes before SNMP. A kind that
-/// is none of these, which only a file can hold, stays.
+/// The next kind of link, in the order that operators know: TCP/IP comes before SNMP. Any other
+/// kind stays as it is. Only a file can hold one.
 void change_link(const Subject& s) {
   constexpr std::uint16_t order[] = {serial_link, tcp_ip_link, snmp_link, rfc1628_link};
   std::uint16_t& link = ups_of(s).Connection;
@@ -56,7 +56,7 @@ void change_link(const Subject& s) {
   link = at + 1 == std::end(order) ? order[0] : at[1];
 }
 
-/// The list shows the address with two digits, its editor without a leading zero.
+/// The screen shows the address with two digits, the editor without a leading zero.
 void edit_address(const Subject& s) {
   UPS& ups = ups_of(s);
   ups.Address =
@@ -69,8 +69,8 @@ std::string network_address(const Subject& s) {
   return std::string(on_rfc1628(s) ? ups.Port.view() : ups.IPAddress.view());
 }
 
-/// An RFC 1628 link has no use for `IPAddress`: editing its agent's address puts that of this
-/// machine there, whatever an earlier link has left, and even when the agent's stays as it was.
+/// An RFC 1628 link does not use `IPAddress`. Editing the agent's address stores the address of
+/// this machine there, even when the agent's address stays as it was.
 void edit_network_address(const Subject& s) {
   UPS& ups = ups_of(s);
   if (on_rfc1628(s)) {
@@ -95,12 +95,12 @@ constexpr Row connection_rows[] = {
     rule,
     custom("2.1", text::ip_address, network_address, edit_network_address).live_if(on_network),
     number("2.2", text::ups_port, FIELD(UPS, Device), 1, 65535).live_if(on_network),
-    // Switched on, the check value is 1: a password is wanted, and the next item sets it.
+    // Switching it on stores the check value 1: a password is wanted. The next item sets it.
     flag("2.3", text::password_on, FIELD(UPS, Password)).live_if(on_tcp_ip),
     open("2.3.1", text::enter_password, change_password).live_if(has_password),
     rule,
-    // A link of a kind that we do not know holds the arrow on item 1, and Enter does not change it:
-    // such a file is for an editor of texts.
+    // A link of an unknown kind holds the arrow on item 1, and Enter does not change it. Only a
+    // text editor can mend such a file.
     back.live_if(known_link).shown_if(always),
 };
 

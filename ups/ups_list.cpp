@@ -12,7 +12,7 @@ void print_slot(const Subject&, int item) { print_ups_line(item - 1, LinkValues:
 
 void open_slot(const Subject&, int item) { ups_param(item - 1); }
 
-/// A single UPS has nothing to work in parallel with.
+/// The parallel functions need a second UPS.
 bool several_in_use(const Subject&) { return ups_used() > 1; }
 
 constexpr Row list_rows[] = {

@@ -45,8 +45,8 @@ std::string shown_name(const Subject& s) {
 
 std::string model(const Subject& s) { return ups_model(s.ups); }
 
-/// Asks until the code decodes, so that this screen never leaves an unknown one behind. Enter alone
-/// ends it only where the present code decodes.
+/// Asks until the code decodes, so this screen never leaves an unknown code in the record. Enter
+/// alone ends the question only if the present code decodes.
 void edit_type_code(const Subject& s) {
   Text<20>& type = ups_of(s).Type;
   for (;;) {
@@ -58,8 +58,8 @@ void edit_type_code(const Subject& s) {
 
 // --- Shutdown -----------------------------------------------------------------------------------
 
-// A rule counts as on by its own flag for the arrow and for what depends on it. It is shown as on
-// only while `SystemShutdown`, which the service asks first, is on as well.
+// The arrow and the sub-items follow the rule's own flag. The screen shows the rule as on only
+// while `SystemShutdown` is on as well, because the service looks at that first.
 
 bool delay_rule(const Subject& s) { return ups_of(s).SystemShutDelayAllow != 0; }
 bool lead_rule(const Subject& s) { return ups_of(s).SystemShutLeadAllow != 0; }
@@ -87,16 +87,16 @@ void toggle_lead_rule(const Subject& s) {
   toggle_rule(ups, ups.SystemShutLeadAllow, ups.SystemShutDelayAllow);
 }
 
-/// The computer has to be down before the UPS is. The lead is in whole minutes and rounded down, so
-/// it may still be the shorter time by seconds.
+/// The computer has to be down before the UPS. The lead is in whole minutes, rounded down, so it
+/// may still be some seconds shorter than the delay.
 void correct_lead(UPS& ups) {
   if (ups.SystemShutdownLead * seconds_per_minute >= ups.UPSShutdownDelay) return;
   show_refusal(text::lead_corrected);
   ups.SystemShutdownLead = static_cast<std::uint16_t>(ups.UPSShutdownDelay / seconds_per_minute);
 }
 
-// The two edits that can make the lead too short ask different switches on purpose: a new lead
-// matters where the UPS is shut down, a new delay of the UPS where the lead is used.
+// Two edits can make the lead too short. They look at different switches on purpose: a new lead
+// matters if the UPS is shut down, a new delay of the UPS matters if the lead is used.
 
 void settle_lead(const Subject& s) {
   if (ups_shutdown(s)) correct_lead(ups_of(s));

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Calls `visit` with every member reference of the groups in use: a slot plus one, 0 for none.
+/// Calls `visit` with every member of the groups in use: a slot plus one, 0 for none.
 template <typename Visit>
 void visit_members(Visit visit) {
   for (Group& group : INI1.group) {
