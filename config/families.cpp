@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "config/events.h"
+
 namespace {
 
 /// A switch of a job or a condition of a group event: 16 bits wide, but a file fills only 8.
@@ -236,10 +238,9 @@ void replace_zero_wap_port(void* entry, int, const Field& field) {
   if (field.offset == offsetof(WapConfig, Port) && wap.Port == 0) wap.Port = standard_wap_port;
 }
 
-/// Only an event that begins may shut the system down, and not the two that announce a shutdown
-/// which is already under way (jobs 2 and 4): whatever the file says, their switch is off.
-void forbid_shutdown(void* entry, int job, const Field&) {
-  if (job % 2 != 0 || job == 2 || job == 4) static_cast<Job*>(entry)->Shutdown = 0;
+/// Whatever the file says, the switch of some events is off; `config/events.h` says why.
+void forbid_shutdown(void* entry, int event, const Field&) {
+  if (!events[event].keeps_shutdown) static_cast<Job*>(entry)->Shutdown = 0;
 }
 
 void default_serial(void* entry) {
