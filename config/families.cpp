@@ -307,7 +307,7 @@ constexpr Family sensor_families[] = {
     {"Sensor_", 32, sensor_count, false, sensor_fields, LIST(sensor)},
 };
 
-constexpr std::span<const Family> all_families[kind_count] = {
+constexpr std::span<const Family> all_families[file_count] = {
     main_families, jobs_families, group_families, sensor_families, job_states_families,
 };
 
@@ -317,32 +317,32 @@ constexpr void copy_name(char (&slot)[N], std::string_view name) {
 }
 
 struct SectionTable {
-  char names[kind_count][section_slots][name_width] = {};
-  std::uint8_t family[kind_count][section_slots] = {};
-  std::uint8_t index[kind_count][section_slots] = {};
-  int sections[kind_count] = {};
+  char names[file_count][section_slots][name_width] = {};
+  std::uint8_t family[file_count][section_slots] = {};
+  std::uint8_t index[file_count][section_slots] = {};
+  int sections[file_count] = {};
 };
 
 constexpr SectionTable make_sections() {
   SectionTable table;
-  for (int kind = 0; kind < kind_count; ++kind) {
+  for (int file = 0; file < file_count; ++file) {
     int section = 0;
     std::uint8_t row = 0;
-    for (const Family& family : all_families[kind]) {
+    for (const Family& family : all_families[file]) {
       for (int i = 0; i < family.sections(); ++i, ++section) {
-        auto& slot = table.names[kind][section];
+        auto& slot = table.names[file][section];
         const std::string_view name = family.name;
         copy_name(slot, name);
         if (family.count != 0) {
           slot[name.size()] = static_cast<char>('0' + i / 10);
           slot[name.size() + 1] = static_cast<char>('0' + i % 10);
         }
-        table.family[kind][section] = row;
-        table.index[kind][section] = static_cast<std::uint8_t>(i);
+        table.family[file][section] = row;
+        table.index[file][section] = static_cast<std::uint8_t>(i);
       }
       ++row;
     }
-    table.sections[kind] = section;
+    table.sections[file] = section;
   }
   return table;
 }
@@ -350,16 +350,16 @@ constexpr SectionTable make_sections() {
 constexpr SectionTable sections = make_sections();
 
 struct LineTable {
-  char names[kind_count][row_slots][key_slots][name_width] = {};
+  char names[file_count][row_slots][key_slots][name_width] = {};
 };
 
 constexpr LineTable make_lines() {
   LineTable table;
-  for (int kind = 0; kind < kind_count; ++kind) {
+  for (int file = 0; file < file_count; ++file) {
     int row = 0;
-    for (const Family& family : all_families[kind]) {
+    for (const Family& family : all_families[file]) {
       int key = 0;
-      for (const Field& field : family.fields) copy_name(table.names[kind][row][key++], field.key);
+      for (const Field& field : family.fields) copy_name(table.names[file][row][key++], field.key);
       ++row;
     }
   }
@@ -370,15 +370,15 @@ constexpr LineTable lines = make_lines();
 
 }  // namespace
 
-constexpr const char (&SectionNames)[kind_count][section_slots][name_width] = sections.names;
-constexpr const char (&LineNames)[kind_count][row_slots][key_slots][name_width] = lines.names;
+constexpr const char (&SectionNames)[file_count][section_slots][name_width] = sections.names;
+constexpr const char (&LineNames)[file_count][row_slots][key_slots][name_width] = lines.names;
 
-std::span<const Family> families_of(int kind) { return all_families[kind]; }
+std::span<const Family> families_of(int file) { return all_families[file]; }
 
-const Family* family_of(int kind, int section, int& index) {
-  if (kind < 0 || kind >= kind_count || section < 0 || section >= sections.sections[kind]) {
+const Family* family_of(int file, int section, int& index) {
+  if (file < 0 || file >= file_count || section < 0 || section >= sections.sections[file]) {
     return nullptr;
   }
-  index = sections.index[kind][section];
-  return &all_families[kind][sections.family[kind][section]];
+  index = sections.index[file][section];
+  return &all_families[file][sections.family[file][section]];
 }
