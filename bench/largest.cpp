@@ -30,10 +30,10 @@ void fill_entry(const Family& family, char* entry, int number) {
 
 void fill_record() {
   INI = {};
-  for (int kind = 0; kind < kind_count; ++kind) {
-    const int copies = kind == group_file ? group_count : 1;
+  for (int file = 0; file < file_count; ++file) {
+    const int copies = file == group_file ? group_count : 1;
     for (int copy = 0; copy < copies; ++copy) {
-      for (const Family& family : families_of(kind)) {
+      for (const Family& family : families_of(file)) {
         char* entry = reinterpret_cast<char*>(&INI) + family.offset +
                       static_cast<std::size_t>(copy) * sizeof(Group);
         for (int i = 0; i < family.stored; ++i, entry += family.size) fill_entry(family, entry, i);

@@ -18,7 +18,7 @@ std::string group_path(int number) {
   return program_path(name);
 }
 
-/// Section `UPS`: the members that there are, under the first key names.
+/// Section `UPS`: the members of the group, under the first keys.
 void write_members(std::string& out, const Family& family, const Group& group) {
   write_section_header(out, family, 0);
   std::size_t used = 0;
@@ -37,15 +37,15 @@ std::string format_group(const Group& group) {
   std::string out;
   out.reserve(largest);
   write_file_header(out);
-  write_family(out, families[0], &group);
-  write_members(out, families[1], group);
-  write_family(out, families[2], group.events);
+  write_family(out, families[group_common], &group);
+  write_members(out, families[group_members], group);
+  write_family(out, families[group_events], group.events);
   return out;
 }
 
-/// Deletes the file of a group that is gone. A file that may not be deleted stays, as does one of a
-/// higher number. The folder is flushed before, lest the deletion reaches the disk earlier than the
-/// file that the group behind has moved to.
+/// Deletes the file of a group that is gone. It is no error when the file may not be deleted. The
+/// folder is flushed first: the group that this file held may have moved to a lower number, and its
+/// new file must reach the disk before the old one goes.
 int delete_file(const std::string& path) {
   if (access(path.c_str(), F_OK) != 0) return 0;
   const int error = sync_folder(path);
@@ -71,7 +71,7 @@ int SaveGroupsINI() {
     const int error = replace_file(group_path(written++), format_group(group));
     if (error != 0) return error;
   }
-  // Each unused group deletes the file that the next one in use would get. That one replaces the
-  // file anyway, so only unused groups behind the last one in use leave a gap.
+  // The deletion of a file that a later group replaces anyway can be left out. What remains are the
+  // groups after the last one in use, and they all delete the same file.
   return INI.group[group_count - 1].Name.empty() ? delete_file(group_path(written)) : 0;
 }

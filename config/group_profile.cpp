@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstddef>
 #include <cstring>
 #include <string>
 
+#include "config/families.h"
 #include "config/replace_file.h"
 #include "config/signals_held.h"
 #include "tui/diag.h"
@@ -20,26 +20,15 @@ constexpr char not_read[] = "\nRecord not readed - maybe end of file ! ";
 constexpr char too_many[] = "\nRecords is more that MAX_GROUP_EVENTS! ";
 constexpr char not_written[] = "\nRecord not writed - maybe disk full ! ";
 
-/// Neither end of a pipe, nor a device without data, keeps the program waiting.
+/// Neither a pipe without another end nor a device without data keeps the program waiting.
 constexpr int open_flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-
-/// The bytes from `first` to `end` are 16-bit numbers.
-struct Words {
-  std::size_t first;
-  std::size_t end;
-};
-
-constexpr Words event_words[] = {
-    {0, offsetof(GroupEvent, job.File)},
-    {offsetof(GroupEvent, job.LocalMessage), offsetof(GroupEvent, job.Message)},
-};
 
 int fail_to_open(int error) {
   printfc(not_opened);
   return error;
 }
 
-/// Whether a whole record was there.
+/// Reads a record; returns whether it was there as a whole.
 bool read_record(int file, GroupEvent& event) {
   char* const bytes = reinterpret_cast<char*>(&event);
   for (std::size_t filled = 0; filled < sizeof event;) {
@@ -66,8 +55,8 @@ void read_records(int file, GroupEvent (&events)[event_count]) {
   printfc(too_many);
 }
 
-/// The contents of a profile. The events in use are swapped in place where the machine needs it,
-/// and stay so.
+/// Returns the contents of a profile. Where the machine needs it, the events in use are swapped in
+/// place and stay so.
 std::string format_profile(GroupEvent (&events)[event_count]) {
   const bool foreign_order = test_big_endian() != 0;
   std::string out;
@@ -97,7 +86,7 @@ int LoadGroupProfile(const char* path, GroupEvent (&events)[event_count]) {
 
 int SaveGroupProfile(const char* path, GroupEvent (&events)[event_count]) {
   const SignalsHeld held;
-  // Opening without truncating tells whether the file can be created, and harms no old profile.
+  // Opening without truncating shows whether the file can be created, and harms no old profile.
   struct stat info;
   const bool is_new = lstat(path, &info) != 0;
   const int file = open(path, O_WRONLY | O_CREAT | open_flags, 0666);
@@ -123,13 +112,9 @@ std::uint16_t swap_word(std::uint16_t value) {
 }
 
 void swap_event_data(GroupEvent& event) {
-  char* const bytes = reinterpret_cast<char*>(&event);
-  for (const Words& words : event_words) {
-    for (std::size_t at = words.first; at < words.end; at += sizeof(std::uint16_t)) {
-      std::uint16_t word;
-      std::memcpy(&word, bytes + at, sizeof word);
-      word = swap_word(word);
-      std::memcpy(bytes + at, &word, sizeof word);
-    }
+  for (const Field& field : families_of(group_file)[group_events].fields) {
+    if (field.kind == Kind::text) continue;
+    const auto number = static_cast<std::uint16_t>(number_at(field, &event));
+    set_number_at(field, &event, swap_word(number));
   }
 }

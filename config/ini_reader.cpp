@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::size_t line_limit = 298;
 
-/// The number of the slot whose name `text` begins with, `mark` behind it; -1 if there is none.
-/// Looked for from `likely` on, since files are usually in the order of the tables, whose names
-/// differ from each other and do not hold the mark. `rest` becomes what follows the mark.
+/// Returns the slot whose name, followed by `mark`, is a prefix of `text`, or -1. `rest` becomes
+/// what follows the mark. Names differ and do not hold the mark, so at most one slot matches. The
+/// search starts at `likely`, since most files are in the order of the tables.
 template <std::size_t Slots, std::size_t Width>
 int find_name(const char (&slots)[Slots][Width], char* text, char mark, std::size_t likely,
               char*& rest) {
@@ -33,37 +33,38 @@ int find_name(const char (&slots)[Slots][Width], char* text, char mark, std::siz
   return -1;
 }
 
-/// The row of key names for a section, or `row`, that of the line before, where it stays in use:
-/// only the first 16 events of a group file choose their row, the others rely on the order of the
-/// file.
-int row_of(int kind, int section, int row) {
-  constexpr int first_event = 2;
+/// Returns the row of key names for a section. The events of a group from 16 on have none: the
+/// `row` of the previous key line stays in use, which is that of an event when the file is in
+/// order.
+int row_of(int file, int section, int row) {
   constexpr int events_with_row = 16;
-  if (kind == group_file && section >= first_event + events_with_row) return row;
   int index;
-  const Family* family = family_of(kind, section, index);
-  return family == nullptr ? row : static_cast<int>(family - families_of(kind).data());
+  const Family* family = family_of(file, section, index);
+  if (family == nullptr) return row;
+  const auto chosen = static_cast<int>(family - families_of(file).data());
+  const bool keeps_row = file == group_file && chosen == group_events && index >= events_with_row;
+  return keeps_row ? row : chosen;
 }
 
 /// Handles one "[name]" line.
-void open_section(int kind, char* line) {
+void open_section(int file, char* line) {
   const std::size_t next = actual_section == 255 ? 0 : actual_section + 1U;
   char* rest;
-  const int section = find_name(SectionNames[kind], line + 1, ']', next, rest);
+  const int section = find_name(SectionNames[file], line + 1, ']', next, rest);
   if (section >= 0) actual_section = static_cast<std::uint8_t>(section);
 }
 
-/// Cuts the value that starts at `value` out of its line.
+/// Returns a value without its first quote, and ends it before the next quote or the line feed.
 char* trim_value(char* value) {
   if (*value == '"') ++value;
-  // A line feed can only be the last character, so whichever of the two comes first ends the value.
+  // A line feed can only be the last character of the line.
   char* end = value;
   while (*end != '"' && *end != '\n' && *end != '\0') ++end;
   *end = '\0';
   return value;
 }
 
-/// The number that `text` begins with, as strtol reads it; a plain short one more quickly.
+/// Returns the number at the start of `text`, as strtol reads it, but a short one more quickly.
 unsigned number_in(const char* text) {
   constexpr int short_number = 9;
   unsigned value = 0;
@@ -81,15 +82,15 @@ unsigned number_in(const char* text) {
 
 }  // namespace
 
-int EncodeINIFile(int kind, const char* path) {
-  LineReader file(path);
-  if (!file.opened()) return 1;
+int EncodeINIFile(int file, const char* path) {
+  LineReader reader(path);
+  if (!reader.opened()) return 1;
 
   char line[line_limit + 2];
   std::size_t length;
   int row = 0;
   std::size_t likely = 0;
-  while (file.next(line, line_limit, length)) {
+  while (reader.next(line, line_limit, length)) {
     switch (line[0]) {
       case '\n':
       case '\0':
@@ -98,38 +99,38 @@ int EncodeINIFile(int kind, const char* path) {
       case ' ':
         continue;
       case '[':
-        open_section(kind, line);
+        open_section(file, line);
         likely = 0;
         continue;
       default:
         break;
     }
     if (actual_section == 255) continue;
-    const int chosen = row_of(kind, actual_section, row);
+    const int chosen = row_of(file, actual_section, row);
     char* value;
-    const int key = find_name(LineNames[kind][chosen], line, '=', likely, value);
-    // An unknown key chooses the row as well, but a line without "=" has no key.
+    const int key = find_name(LineNames[file][chosen], line, '=', likely, value);
+    // An unknown key chooses the row too, but a line without "=" has no key.
     if (key >= 0 || std::strchr(line, '=') != nullptr) row = chosen;
     if (key < 0) continue;
     likely = static_cast<std::size_t>(key) + 1;
     p_s = trim_value(value);
-    FillVar(kind, actual_section, key);
+    FillVar(file, actual_section, key);
   }
   p_s = "";
   return 0;
 }
 
-void FillVar(int kind, int section, int key) {
+void FillVar(int file, int section, int key) {
   int index;
-  const Family* family = family_of(kind, section, index);
+  const Family* family = family_of(file, section, index);
   if (family == nullptr || index >= family->stored || key < 0 ||
       key >= static_cast<int>(family->fields.size())) {
     return;
   }
-  if (kind == group_file && g_index >= group_count) return;
+  if (file == group_file && g_index >= group_count) return;
   auto* entry = reinterpret_cast<char*>(&INI) + family->offset +
                 static_cast<std::size_t>(index) * family->size;
-  if (kind == group_file) entry += g_index * sizeof(Group);
+  if (file == group_file) entry += g_index * sizeof(Group);
 
   const Field& field = family->fields[static_cast<std::size_t>(key)];
   if (field.kind == Kind::text) {

@@ -6,25 +6,26 @@
 ///
 /// A file is read line by line, in pieces of at most 298 characters, line feed included. A line
 /// that is empty or begins with ";", a blank or the character BEL is skipped. "[name]" opens a
-/// section; an unknown name leaves the section before it open. Any other line is "key=value",
-/// spelled exactly, without blanks around the key. A value in double quotes ends at the second one,
-/// another one at the line feed. Whatever is not understood is skipped without a message.
+/// section; after an unknown name the previous section stays open. Any other line is "key=value",
+/// spelled exactly, without blanks around the key. A double quote at the start of a value is left
+/// out. A value, quoted or not, ends before the next double quote or the line feed, whichever comes
+/// first. What the reader does not understand it skips without a message.
 
-/// The number of the open section, 255 before the first one of the run. It is not reset between
-/// files: lines before the first header of a file go to the section of the same number.
+/// The number of the open section, 255 until the first header of the run. It is not reset between
+/// files: lines before the first header of a file go to the section that has this number there.
 extern std::uint8_t actual_section;
 
-/// The number of the group whose file is being read, 0 to 9. The loader of the groups sets it.
+/// The number of the group whose file is being read, 0 to 9. `LoadGroupsINI` sets it.
 extern std::uint8_t g_index;
 
 /// The value that `FillVar` is to store, without quotes and line end.
 extern const char* p_s;
 
-/// Reads the file `path` of kind `kind` (a `FileKind`) into `INI`. Returns 0, or 1 when the file
-/// cannot be opened; then nothing has changed.
-int EncodeINIFile(int kind, const char* path);
+/// Reads `path` into `INI`; `file` (an `IniFile`) says which file of the service it is. Returns 0,
+/// or 1 when it cannot be opened; then nothing has changed.
+int EncodeINIFile(int file, const char* path);
 
-/// Stores the value at `p_s` as key number `key` of section `section` into `INI`: a text cut to the
-/// width of its field, a number as `atoi` reads it and cut to the field's 8 or 16 bits. What the
-/// record has no room for is dropped.
-void FillVar(int kind, int section, int key);
+/// Stores the value at `p_s` in `INI`, as key number `key` of section `section` of a file. A text
+/// is cut to the width of its field. A number is read as `atoi` does and cut to the 8 or 16 bits of
+/// its field. A value without a place in the record is dropped.
+void FillVar(int file, int section, int key);

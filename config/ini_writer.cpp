@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Big enough for the largest file that is not a group's, so that formatting rarely grows it.
+/// Fits the usual files other than those of groups, so that formatting rarely needs more memory.
 constexpr std::size_t usual_size = 32768;
 
 void append_number(std::string& out, unsigned value) {
@@ -20,6 +20,23 @@ void append_number(std::string& out, unsigned value) {
 
 bool in_use(const Field& first, const void* entry) {
   return first.kind == Kind::text ? !text_at(first, entry).empty() : number_at(first, entry) != 0;
+}
+
+std::string format_file(int file) {
+  std::string out;
+  out.reserve(usual_size);
+  write_file_header(out);
+  const auto* record = reinterpret_cast<const char*>(&INI);
+  for (const Family& family : families_of(file)) write_family(out, family, record + family.offset);
+  return out;
+}
+
+/// Stores in `INI` the defaults that the file has been written with.
+void keep_defaults(int file) {
+  auto* record = reinterpret_cast<char*>(&INI);
+  for (const Family& family : families_of(file)) {
+    if (family.defaults != nullptr) family.defaults(record + family.offset);
+  }
 }
 
 }  // namespace
@@ -43,7 +60,8 @@ void write_field(std::string& out, const Field& field, const void* entry) {
   out += field.key;
   if (field.kind == Kind::text) {
     out += "=\"";
-    // A group profile may hold any bytes; a line end among them would start a line of its own.
+    // Stops at the first line feed, which would start another line. Only a text from a group
+    // profile can contain one.
     const std::string_view text = text_at(field, entry);
     out += text.substr(0, text.find('\n'));
     out += "\"\n";
@@ -60,7 +78,8 @@ void write_family(std::string& out, const Family& family, const void* entries) {
     const char* entry =
         static_cast<const char*>(entries) + static_cast<std::size_t>(i) * family.size;
     if (family.only_used && !in_use(family.fields[0], entry)) continue;
-    alignas(std::uint64_t) char filled[sizeof(EmailConfig)];  // the largest entry with defaults
+    // Large enough for every entry that has defaults.
+    alignas(EmailConfig) char filled[sizeof(EmailConfig)];
     if (family.defaults != nullptr) {
       std::memcpy(filled, entry, family.size);
       family.defaults(filled);
@@ -72,16 +91,8 @@ void write_family(std::string& out, const Family& family, const void* entries) {
   }
 }
 
-int save_file(int kind, const char* name) {
-  std::string out;
-  out.reserve(usual_size);
-  write_file_header(out);
-  auto* record = reinterpret_cast<char*>(&INI);
-  for (const Family& family : families_of(kind)) write_family(out, family, record + family.offset);
-  const int error = replace_file(program_path(name), out);
-  if (error != 0) return error;
-  for (const Family& family : families_of(kind)) {
-    if (family.defaults != nullptr) family.defaults(record + family.offset);
-  }
-  return 0;
+int save_file(int file, const char* name) {
+  const int error = replace_file(program_path(name), format_file(file));
+  if (error == 0) keep_defaults(file);
+  return error;
 }

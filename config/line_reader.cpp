@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-// O_NONBLOCK keeps a named pipe without a writer from holding the start up forever.
+// With O_NONBLOCK a named pipe without a writer does not stop the start of the program forever.
 LineReader::LineReader(const char* path)
     : fd_(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {}
 
@@ -34,12 +34,11 @@ bool LineReader::next(char* line, std::size_t limit, std::size_t& length) {
   while (!complete && used < limit) {
     if (at_ == end_ && !refill()) break;
     const std::size_t room = std::min(limit - used, end_ - at_);
-    // Copies up to and with the line feed.
-    const void* behind = memccpy(line + used, buffer_ + at_, '\n', room);
-    complete = behind != nullptr;
+    // Copies up to the line feed, which is included.
+    const void* after = memccpy(line + used, buffer_ + at_, '\n', room);
+    complete = after != nullptr;
     const std::size_t taken =
-        complete ? static_cast<std::size_t>(static_cast<const char*>(behind) - (line + used))
-                 : room;
+        complete ? static_cast<std::size_t>(static_cast<const char*>(after) - (line + used)) : room;
     used += taken;
     at_ += taken;
   }

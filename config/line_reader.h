@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-/// Reads a text file line by line, as the files of the service are read: through a fixed buffer,
-/// without allocation. A read error ends the file.
+/// Reads a text file line by line through a fixed buffer, without allocation. A read error counts
+/// as the end of the file.
 class LineReader {
  public:
-  /// Opens `path`; `opened` tells whether that worked.
+  /// Opens `path`; `opened` says whether that worked.
   explicit LineReader(const char* path);
   ~LineReader();
   LineReader(const LineReader&) = delete;
@@ -14,10 +14,10 @@ class LineReader {
 
   bool opened() const { return fd_ >= 0; }
 
-  /// Takes the next line, of at most `limit` characters with its line feed; a longer line comes in
-  /// pieces. `line` must have room for `limit + 1` bytes and is terminated; a NUL byte in the file
-  /// ends the text, and what follows it up to the line end is lost. False at the end of the file.
-  /// `length` becomes the length of the text.
+  /// Reads the next line into `line`, which must have room for `limit + 1` bytes and is terminated.
+  /// A line longer than `limit` characters, line feed included, comes in pieces. A NUL byte in the
+  /// file ends the text, and the rest of its piece is lost. `length` becomes the length of the
+  /// text. Returns false at the end of the file.
   bool next(char* line, std::size_t limit, std::size_t& length);
 
  private:
@@ -25,7 +25,7 @@ class LineReader {
 
   int fd_;
   bool ended_ = false;
-  bool has_nul_ = false;  // without one, no line has to be searched for its end
+  bool has_nul_ = false;  // without a NUL byte no line has to be searched for its end
   std::size_t at_ = 0;
   std::size_t end_ = 0;
   char buffer_[16384];

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// The check value of a password, the only form in which one is kept: the sum of its character
-/// codes, each a signed 8-bit number, modulo 65536. Weak, and independent of the order of the
-/// characters, but it is what the service compares. The empty text gives 0.
+/// Returns the check value of a password, the only form in which a password is kept: the sum of its
+/// character codes, each a signed 8-bit number, modulo 65536. The order of the characters makes no
+/// difference. That is weak, but the service compares this value. That of the empty text is 0.
 std::uint16_t CalculatePassword(const char* text);

@@ -8,9 +8,9 @@
 /// The configuration record: everything that the files of the Kestrel service hold, as one block
 /// of plain bytes that is cleared, copied and compared whole. A field is spelled as its key in the
 /// file, even where the key is misspelled. In every block the texts and the 16-bit numbers come
-/// first, so that the compiler has nothing to pad; an odd byte at the end is a named `spare`.
-/// Flags are 8-bit numbers, 0 or 1, unless a comment says otherwise. The order in the files is
-/// that of the tables in `config/families.cpp`, not the order here.
+/// first, so that the compiler adds no padding; an odd byte at the end is a named `spare`. Flags
+/// are 8-bit numbers, 0 or 1, unless a comment says otherwise. The order in the files is not the
+/// order here but that of the tables in `config/families.cpp`. Every member has a row there.
 
 constexpr int serial_count = 1;
 constexpr int email_count = 10;
@@ -25,7 +25,7 @@ constexpr int event_count = 64;
 constexpr int condition_count = 6;
 constexpr int sensor_count = 32;
 
-/// Section `System`, but for its two last keys, which lie in the network block.
+/// Section `System` without its two last keys, which lie in the network block.
 struct SystemBlock {
   Text<32> Name;
   Text<32> Location;
@@ -34,7 +34,7 @@ struct SystemBlock {
   std::uint16_t DataLogRate;
   std::uint16_t DataLogMin;
   std::uint16_t DataLogMax;
-  std::uint16_t PasswordProtection;  // `CalculatePassword` of the service password, 0 for none
+  std::uint16_t PasswordProtection;  // `CalculatePassword` of the service password; 0: none
   std::uint8_t Language;             // NN of lang_NN.ini
   std::uint8_t EventLog;
   std::uint8_t SaveFiles;
@@ -93,8 +93,8 @@ struct Mess {
   Text<50> Name;
 };
 
-/// One timed action. `code` is its form in the file (key `Data`): 18 hexadecimal digits of which
-/// `DecodeSchedules` fills the fields below, and which `EncodeSchedules` makes of them.
+/// A timed action. `code` is its form in the file (key `Data`): 18 hexadecimal digits.
+/// `DecodeSchedules` fills the other fields from them, and `EncodeSchedules` makes them anew.
 struct ScheduleEntry {
   Text<20> code;
   std::int32_t time;    // seconds since 1970; repeating entries use its local hour and minute
@@ -106,12 +106,12 @@ struct ScheduleEntry {
   std::int32_t last;  // the minute in which the entry last fired; never stored in a file
 };
 
-/// One UPS slot, in use while `Name` is not empty.
+/// A UPS slot, in use while `Name` is not empty.
 struct UPS {
   Text<20> Name;
   Text<20> Type;
   Text<20> Serial;
-  Text<24> Port;  // serial device, or the agent's address of an RFC 1628 link
+  Text<24> Port;  // serial device; of an RFC 1628 link the address of its agent
   Text<20> IPAddress;
   Text<32> SNMPGetComm;
   Text<32> SNMPSetComm;
@@ -121,7 +121,7 @@ struct UPS {
   std::uint16_t SystemShutdownDelay;
   std::uint16_t SystemShutdownLead;  // minutes
   std::uint16_t UPSShutdownDelay;    // seconds
-  std::uint16_t Password;            // `CalculatePassword` of the TCP/IP password, 0 for none
+  std::uint16_t Password;            // `CalculatePassword` of the TCP/IP password; 0: none
   std::uint16_t RTGConnTime;
   std::uint16_t RTGTimeout;
   std::uint8_t Address;  // on the serial line
@@ -136,7 +136,7 @@ struct UPS {
   std::uint8_t HaveSensor;
 };
 
-/// What the service does about one event. The order is that of the group profile files, whose
+/// What the service does about an event. The order is that of the group profile files, whose
 /// records end with this block.
 struct Job {
   std::uint16_t Log;
@@ -166,7 +166,7 @@ struct Job {
   Text<120> Message;
 };
 
-/// One event of a group, in use while `Type[0]` is not 0; also the record of a profile file.
+/// An event of a group, in use while `Type[0]` is not 0. Also the record of a profile file.
 struct GroupEvent {
   std::uint16_t Type[condition_count];      // keys Type1 to Type6
   std::uint16_t Priority[condition_count];  // keys Priority1 to Priority6
@@ -174,7 +174,7 @@ struct GroupEvent {
 };
 static_assert(sizeof(Job) == 426 && sizeof(GroupEvent) == 450);
 
-/// One UPS group, in use while `Name` is not empty.
+/// A UPS group, in use while `Name` is not empty.
 struct Group {
   Text<32> Name;
   std::uint16_t UPS[member_count];  // slot of the member plus one, 0 for none
@@ -305,9 +305,11 @@ struct Record {
 static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
 static_assert(std::has_unique_object_representations_v<Record>);  // no padding to compare
 
-/// The configuration as loaded, and as written back. `LoadINI` and the writers' defaults fill it;
-/// the exit question copies `INI1` over it.
+/// The configuration as loaded, and as written back. `LoadINI` fills it. At the exit question `run`
+/// copies `INI1` over it. `SaveINI` adds the codes of the schedules and the defaults of empty
+/// values. The choice of a language at the start stores `Language` here.
 extern Record INI;
 
-/// The working copy. Screens write it; nobody else does.
+/// The working copy. `LoadINI`, and `run` before the menus, copy `INI` over it. After that only the
+/// screens change it.
 extern Record INI1;

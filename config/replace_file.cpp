@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Neither a terminal nor a pipe in the place of a file holds the program up.
+/// Neither a terminal nor a pipe in the place of a file keeps the program waiting.
 constexpr int open_flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 /// A file descriptor that is closed at the end of its block.
@@ -21,7 +21,7 @@ class Descriptor {
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
-  /// Closes early, for callers who want to know of errors that only closing reports (NFS does).
+  /// Closes early and returns 0 or errno. Some errors are only reported on closing (NFS does so).
   int close() {
     const int error = fd >= 0 && ::close(fd) != 0 && errno != EINTR ? errno : 0;
     fd = -1;
@@ -37,7 +37,7 @@ int write_all(int fd, std::string_view contents) {
     if (written > 0) {
       contents.remove_prefix(static_cast<std::size_t>(written));
     } else if (written == 0) {
-      return EIO;  // would never end otherwise
+      return EIO;  // otherwise the loop would never end
     } else if (errno != EINTR) {
       return errno;
     }
@@ -50,7 +50,7 @@ int flush(int fd) {
   return errno == EINVAL || errno == EROFS ? 0 : errno;  // a device or pipe cannot be flushed
 }
 
-/// Everything in the file, or an error. Leaves the position at the end.
+/// Appends everything in the file to `contents`. Returns 0 or errno; the position is at the end.
 int read_all(int fd, std::string& contents) {
   char part[16384];
   for (;;) {
@@ -73,10 +73,10 @@ int write_from_start(int fd, std::string_view contents, bool regular) {
   return error == 0 ? flush(fd) : error;
 }
 
-/// Writes over the file `path`, open for writing as `old`, and puts its old contents back if that
-/// fails.
+/// Writes over the file `path`, which is open for writing as `old`. Puts its old contents back if
+/// that fails.
 int overwrite(const std::string& path, Descriptor& old, bool regular, std::string_view contents) {
-  // A file that may be written but not read has no way back and is written all the same.
+  // A file that may be written but not read is written too, without a way back.
   Descriptor source(regular ? open(path.c_str(), O_RDONLY | open_flags) : -1);
   std::string before;
   const bool known = source.fd >= 0 && read_all(source.fd, before) == 0;
@@ -87,21 +87,21 @@ int overwrite(const std::string& path, Descriptor& old, bool regular, std::strin
   return error != 0 ? error : close_error;
 }
 
-/// Replaces `path` by the name behind its symbolic links, also where the last of them leads to a
-/// file that does not exist.
+/// Replaces `path` by the name that its symbolic links lead to. That file need not exist. Returns 0
+/// or errno.
 int follow_links(std::string& path) {
   char link[PATH_MAX];
-  for (;;) {  // opening the file has shown that the links come to an end
+  for (;;) {  // the file could be opened, so the links come to an end
     const ssize_t length = readlink(path.c_str(), link, sizeof link);
     if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
-    // What a link says counts from its own folder; `rfind` gives -1 for a path without one.
+    // A relative link counts from its own folder. Without a slash `rfind` returns -1.
     path.erase(link[0] == '/' ? 0 : path.rfind('/') + 1);
     path.append(link, static_cast<std::size_t>(length));
   }
 }
 
-/// Gives a fresh file the owner and the permissions of the old one, or those of any new file when
-/// `old` is null.
+/// Sets owner and permissions of a fresh file to those of the old file. When `old` is null, the
+/// permissions become those of any new file.
 int take_over(int fd, const struct stat* old) {
   mode_t mode = 0;
   if (old == nullptr) {
@@ -109,14 +109,14 @@ int take_over(int fd, const struct stat* old) {
     umask(mask);
     mode = 0666 & ~mask;
   } else {
-    // Always, since the folder may have given the file a group of its own.
+    // Even when the owner is the same: a folder can give its new files another group.
     if (fchown(fd, old->st_uid, old->st_gid) != 0) return errno;
     mode = old->st_mode & 07777;
   }
   return fchmod(fd, mode) == 0 ? 0 : errno;
 }
 
-/// Puts a new file in the place of `path`. After an error nothing has changed.
+/// Puts a new file in the place of `path`. Returns 0 or errno; after an error nothing has changed.
 int swap(const std::string& path, const struct stat* old, std::string_view contents) {
   std::string name = path + ".XXXXXX";
   Descriptor fresh(mkostemp(name.data(), O_CLOEXEC));
@@ -131,8 +131,8 @@ int swap(const std::string& path, const struct stat* old, std::string_view conte
   return error;
 }
 
-/// Whether a file that may be written may yet not be swapped: the folder is not ours or read-only,
-/// the file has an owner to whom we cannot give one, or it is a mount point.
+/// Whether swapping failed for a reason that does not keep us from writing in place: the folder is
+/// not ours or read-only, we cannot give a file to its owner, or the file is a mount point.
 bool cannot_swap(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
          error == ENAMETOOLONG;
@@ -141,7 +141,7 @@ bool cannot_swap(int error) {
 }  // namespace
 
 int replace_file(const std::string& path, std::string_view contents) {
-  // Opening for writing fails exactly where the file may not be written, and harms nothing.
+  // Opening for writing fails exactly when the file may not be written, and harms nothing.
   Descriptor old(open(path.c_str(), O_WRONLY | open_flags));
   if (old.fd < 0 && errno != ENOENT) return errno;
   const bool exists = old.fd >= 0;

@@ -2,14 +2,15 @@
 
 #include <csignal>
 
-/// Keeps every signal waiting while files are being replaced. A write past the size limit or into a
-/// pipe that nobody reads fails with its error number, without a signal that would end the program.
+/// Makes every signal wait while files are being replaced. Ignores the two signals of a failing
+/// write (past the size limit, or into a pipe that nobody reads): such a write returns its errno.
 class SignalsHeld {
  public:
   SignalsHeld() {
     sigset_t all;
     sigfillset(&all);
-    sigdelset(&all, SIGXFSZ);  // what is held back as well as ignored would come afterwards
+    // These two are ignored below. Were they blocked too, they would arrive when the block ends.
+    sigdelset(&all, SIGXFSZ);
     sigdelset(&all, SIGPIPE);
     sigprocmask(SIG_BLOCK, &all, &mask_);
     struct sigaction ignore = {};

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t page_size = 4096;
 }
 
-// Aligned, so that unused pages of the one match those of the other.
+// Aligned, so that the parts which `copy_record` and `clear_record` compare are pages of memory.
 alignas(page_size) Record INI = {};
 alignas(page_size) Record INI1 = {};
 std::int32_t DataChanged = 0;
@@ -33,7 +33,7 @@ struct Writer {
 
 int sync_program_folder() { return sync_folder(ProgramDir); }
 
-// The folder is flushed once for all files, in the name of the last one.
+// The folder is flushed once for all files. A failure is reported under the name of the last.
 constexpr Writer writers[] = {
     {SaveKestrelINI, "\n\rSaveKestrelINI fail "}, {SaveJobsINI, "\n\rSaveJobsINI fail "},
     {SaveJobsSTSINI, "\n\rSaveJobsSTSINI fail "}, {SaveGroupsINI, "\n\rSaveGroupsINI fail "},
@@ -73,7 +73,7 @@ int LoadINI() {
   clear_record(INI);
   const int missing = LoadKestrelINI();
   if (missing != 0) return missing;
-  // Whatever else is missing stays zero.
+  // The blocks of other files that are missing stay zero.
   LoadJobsINI();
   LoadJobsSTSINI();
   LoadGroupsINI();

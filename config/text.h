@@ -4,9 +4,10 @@
 #include <cstring>
 #include <string_view>
 
-/// A text of fixed width inside the configuration record: zero-filled behind its end, and without
-/// a terminator when it fills all N bytes. `view` is the only way out and `assign` the only way
-/// in, so that nothing ever reads past the field.
+/// A text of fixed width inside the configuration record. A text that fills all N bytes has no
+/// terminator, so whoever reads it uses `view` and never `strlen`. Bytes after its end mean
+/// nothing, but whoever stores a text clears them: then equal texts are equal bytes. Loading and
+/// the line editors keep to this too, although they write `bytes` directly.
 template <std::size_t N>
 struct Text {
   char bytes[N];

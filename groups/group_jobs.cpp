@@ -1,5 +1,6 @@
 #include "groups/group_jobs.h"
 
+#include "config/events.h"
 #include "schedule/action_editor.h"
 
 namespace {
@@ -28,7 +29,7 @@ bool has_interval(int event) { return event % 2 == 0; }
 
 /// The first heading is an event name, chosen by the number of the group. Operators know it so.
 ActionEdit edit_of(int group, int event, int action, int items, bool shows_interval) {
-  return {.heading = static_cast<text::Id>(text::event_first + group),
+  return {.heading = static_cast<text::Id>(events[group].name),
           .job = &job_of(group, event),
           .action = action,
           .items = items,

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "config/events.h"
 #include "kit/screens.h"
 #include "lang/lang_text.h"
 #include "schedule/action_editor.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr int second_list = 10;
 constexpr int last_event = ups_event_count - 1;
 
-text::Id event_name(const Subject& s) { return static_cast<text::Id>(text::event_first + s.event); }
+text::Id event_name(const Subject& s) { return static_cast<text::Id>(events[s.event].name); }
 
 void* job_of(const Subject& s) { return &INI1.job[s.event]; }
 
@@ -79,7 +80,7 @@ void print_job_line(const Subject& s, int item) {
   constexpr int name_columns = 40;
   constexpr int other_columns = 5 + 2 + action_count;  // a gap, the brackets, the letters
   const int event = s.first + item - 1;
-  std::string name = LangText[text::event_first + event];
+  std::string name = LangText[events[event].name];
   print_cut(dopln(name, name_columns, " "), other_columns);
   put("     [");
   for (const JobAction& action : job_actions) {
@@ -104,7 +105,7 @@ Screen job_list_screen(int first, int last) {
 
 // --- One job ------------------------------------------------------------------------------------
 
-bool can_shut_down(const Subject& s) { return s.event != 2 && s.event != 4; }
+bool offers_shutdown(const Subject& s) { return events[s.event].offers_shutdown; }
 
 constexpr int first_action_item = 1;
 
@@ -114,10 +115,10 @@ int edit_action(const Subject& s, int item) {
   return item;
 }
 
-/// For an event that cannot shut down, item 5 is dim. Going up from item 6, the arrow passes over
+/// For an event that offers no shutdown, item 5 is dim. Going up from item 6, the arrow passes over
 /// item 4 as well. Operators count key presses.
 int skip_four_going_up(const Subject& s, int from, int to) {
-  return from == 6 && to < from && !can_shut_down(s) ? 3 : to;
+  return from == 6 && to < from && !offers_shutdown(s) ? 3 : to;
 }
 
 constexpr Row job_rows[] = {
@@ -125,7 +126,7 @@ constexpr Row job_rows[] = {
     action_row("2", 1, edit_action),
     action_row("3", 2, edit_action),
     action_row("4", 3, edit_action),
-    action_row("5", 4, edit_action).live_if(can_shut_down),
+    action_row("5", 4, edit_action).live_if(offers_shutdown),
     action_row("6", 5, edit_action),
     action_row("7", 6, edit_action),
     action_row("8", 7, edit_action),
@@ -149,7 +150,7 @@ ActionEdit edit_of(int event, int action) {
           .job = &INI1.job[event],
           .action = action,
           .items = action_items(action),
-          .shows_interval = event % 2 == 0};
+          .shows_interval = events[event].begins};
 }
 
 }  // namespace

@@ -5,21 +5,16 @@
 
 namespace {
 
-constexpr int shutdown_started = 2;
 constexpr std::uint16_t seconds_between_messages = 60;
 
-/// The events of sensors do not come in pairs: 24, 27 and 29 are the ends of the others.
-bool begins_something(int event) {
-  if (event < ups_event_count) return event % 2 == 0;
-  return event != 24 && event != 27 && event != 29;
-}
-
-int default_message(int event, int variant) {
-  if (event >= ups_event_count) return text::sensor_message_base + event;
-  if (variant != 0) return text::long_message_first + event;
-  // Users are asked to save their work, which the name of this event does not say.
-  return event == shutdown_started ? text::message_shutdown_started : text::event_first + event;
-}
+// The table of the events does not know the names of the texts; here both can be seen.
+static_assert(events[0].name == text::event_first);
+static_assert(events[21].name == text::event_sensor_alarm_ended);
+static_assert(events[2].message == text::message_shutdown_started);
+static_assert(events[22].message == text::message_humidity_high);
+static_assert(events[29].message == text::message_input_normal);
+static_assert(events[0].sentence == text::long_message_first);
+static_assert(events[21].sentence == text::long_sensor_alarm_ended);
 
 }  // namespace
 
@@ -27,8 +22,8 @@ void JobToDefault(Job& job, int event, int variant) {
   job = {};
   job.Log = 1;
   job.LocalMessage = 1;
-  if (begins_something(event)) job.LocalMessageInterval = seconds_between_messages;
-  job.Message.assign(LangText[default_message(event, variant)]);
+  if (events[event].begins) job.LocalMessageInterval = seconds_between_messages;
+  job.Message.assign(LangText[variant == 0 ? events[event].message : events[event].sentence]);
 }
 
 void values_to_default(int first, int last) {

@@ -1,18 +1,14 @@
 #pragma once
 
-#include "config/record.h"
+#include "config/events.h"
 
-/// The jobs of the events of a UPS: what the service does when one occurs.
+/// The defaults of the jobs: what the service does when an event of a UPS or of a sensor occurs.
 
-/// Events of a UPS, which are edited in the menus and come first among the jobs; behind them stand
-/// those of sensors. Even ones begin something (a power failure), odd ones end it again.
-constexpr int ups_event_count = 22;
-
-/// Gives a job the defaults of event `event`, 0 to 29: it is logged and shown here, every other
-/// action is off, all delays are 0. What begins is shown every 60 seconds, what ends only once.
-/// The message is that of the event; for the events of a UPS a `variant` other than 0 takes the one
-/// in whole sentences.
+/// Sets a job to the defaults of event `event`, 0 to 29: it is logged and shown here, every other
+/// action is off, all delays are 0. An event that begins something is shown every 60 seconds, an
+/// end only once. The message is that of the event; a `variant` other than 0 takes the one in a
+/// whole sentence, where there is one.
 void JobToDefault(Job& job, int event, int variant);
 
-/// Gives the jobs `first` to `last` of the working copy their defaults.
+/// Sets the jobs `first` to `last` of the working copy to their defaults.
 void values_to_default(int first, int last);

@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr const char* kind_names[] = {"main", "jobs", "group", "sensor", "states"};
+constexpr const char* file_names[] = {"main", "jobs", "group", "sensor", "states"};
 
-/// A value of an entry; behind the end of a text nothing may be left of a longer one.
+/// A value of an entry. After the end of a text nothing may be left of a longer one.
 std::string value_of(const Field& field, char* entry) {
   if (field.kind != Kind::text) return std::to_string(number_at(field, entry));
   std::string bytes(bytes_at(field, entry), field.width);
@@ -36,15 +36,15 @@ std::string values_of(const Family& family, char* entry, const std::string& sect
 /// Those of the whole record.
 std::string loaded() {
   std::string out;
-  for (int kind = 0; kind < kind_count; ++kind) {
-    for (std::size_t group = 0; group < (kind == group_file ? group_count : 1U); ++group) {
-      const std::string file = kind_names[kind] + std::string(" ") +
-                               (kind == group_file ? std::to_string(group) + " " : "");
-      for (const Family& family : families_of(kind)) {
+  for (int file = 0; file < file_count; ++file) {
+    for (std::size_t group = 0; group < (file == group_file ? group_count : 1U); ++group) {
+      const std::string name = file_names[file] + std::string(" ") +
+                               (file == group_file ? std::to_string(group) + " " : "");
+      for (const Family& family : families_of(file)) {
         char* entry = reinterpret_cast<char*>(&INI) + family.offset + group * sizeof(Group);
         for (int i = 0; i < family.stored; ++i, entry += family.size) {
           std::string digits = std::to_string(i / 10) + std::to_string(i % 10);
-          out += values_of(family, entry, file + family.name + (family.count == 0 ? "" : digits));
+          out += values_of(family, entry, name + family.name + (family.count == 0 ? "" : digits));
         }
       }
     }
@@ -64,13 +64,13 @@ std::string bytes_of(const std::string& cell) {
   return line + '\n';
 }
 
-/// Reads a file of a kind such as "main" or "group 3".
-void read(const Folder& folder, const std::string& kind, const std::string& bytes) {
+/// Reads `bytes` as the file that a name such as "main" or "group 3" stands for.
+void read(const Folder& folder, const std::string& name, const std::string& bytes) {
   const auto at =
-      std::find(std::begin(kind_names), std::end(kind_names), kind.substr(0, kind.find(' ')));
-  if (kind.starts_with("group ")) g_index = static_cast<std::uint8_t>(std::stoi(kind.substr(6)));
+      std::find(std::begin(file_names), std::end(file_names), name.substr(0, name.find(' ')));
+  if (name.starts_with("group ")) g_index = static_cast<std::uint8_t>(std::stoi(name.substr(6)));
   folder.write("x.ini", bytes);
-  EXPECT_EQ(EncodeINIFile(static_cast<int>(at - kind_names), folder.path("x.ini").c_str()), 0);
+  EXPECT_EQ(EncodeINIFile(static_cast<int>(at - file_names), folder.path("x.ini").c_str()), 0);
 }
 
 void start_run() {
@@ -91,7 +91,7 @@ TEST(Reader, TakesWhatItUnderstands) {
       (input ? files.back().second : expected) += bytes_of(line[1]);
     }
     start_run();
-    for (const auto& [kind, bytes] : files) read(folder, kind, bytes);
+    for (const auto& [name, bytes] : files) read(folder, name, bytes);
     EXPECT_EQ(loaded(), expected);
   }
 }
@@ -104,7 +104,7 @@ TEST(Reader, TakesNothingFromWhatItCannotRead) {
   EXPECT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
   EXPECT_EQ(EncodeINIFile(main_file, folder.path("pipe").c_str()), 0);  // without waiting
   for (const int section : {-1, 100, 255}) FillVar(main_file, section, 0);
-  for (const int kind : {-1, 5}) FillVar(kind, 0, 0);
+  for (const int file : {-1, 5}) FillVar(file, 0, 0);
   FillVar(main_file, 1, 6);
   EXPECT_EQ(loaded(), "");
 }
