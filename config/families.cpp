@@ -1,69 +1,94 @@
 #include "config/families.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
+#include <iterator>
 #include <string_view>
+#include <type_traits>
 
 #include "config/events.h"
 
 namespace {
 
-/// A switch of a job or a condition of a group event: 16 bits wide, but a file fills only 8.
-#define SWITCH(Entry, name) \
-  Field { #name, Kind::low_u8, offsetof(Entry, name), sizeof(Entry::name) }
+/// A member that no file holds, in the form of a row without a key.
+#define UNSTORED(Entry, member) \
+  Field { .offset = offsetof(Entry, member), .width = sizeof(Entry::member) }
 
-/// A value of section `System` that lies in the network block, right behind it in the record.
-consteval Field kept_in_network(Field field) {
-  field.offset += offsetof(Record, network) - offsetof(Record, system);
-  return field;
+template <typename T>
+constexpr Field spare_of[1] = {UNSTORED(T, spare)};
+
+/// Whether the rows of these tables, in any order, fill a `T` to its last byte and overlap nowhere.
+/// So a member without a row does not compile.
+template <typename T>
+consteval bool fill(std::initializer_list<std::span<const Field>> tables) {
+  std::size_t sum = 0;
+  for (const auto& table : tables) {
+    for (const Field& field : table) sum += field.width;
+  }
+  std::size_t filled = 0;
+  for (std::size_t start = sizeof(T); start != filled;) {
+    start = filled;
+    for (const auto& table : tables) {
+      for (const Field& field : table) {
+        if (field.offset == start) filled += field.width;
+      }
+    }
+  }
+  // Row followed row up to the last byte. A row that overlaps them would make the sum larger.
+  return filled == sizeof(T) && sum == sizeof(T);
 }
 
+// The two last keys of section `System` lie in the network block. So the rows of both tables count
+// from the start of the record.
 constexpr Field system_fields[] = {
-    FIELD(SystemBlock, Name),
-    FIELD(SystemBlock, Location),
-    FIELD(SystemBlock, Contact),
-    FIELD(SystemBlock, Language),
-    FIELD(SystemBlock, EventLog),
-    FIELD(SystemBlock, DataLog),
-    FIELD(SystemBlock, DataLogRate),
-    FIELD(SystemBlock, DataLogMin),
-    FIELD(SystemBlock, DataLogMax),
-    FIELD(SystemBlock, SaveFiles),
-    FIELD(SystemBlock, EnabledGroups),
-    FIELD(SystemBlock, DeviceActions),
-    FIELD(SystemBlock, LostCommRaiseAlarm),
-    FIELD(SystemBlock, DisableShutdownForSingleUPS),
-    FIELD(SystemBlock, AutoClose),
-    FIELD(SystemBlock, DisableJobs),
-    FIELD(SystemBlock, IgnoreRemoteUPSCommands),
-    FIELD(SystemBlock, OEMMode),
-    FIELD(SystemBlock, DebugMode),
-    FIELD(SystemBlock, PasswordProtection),
-    FIELD(SystemBlock, ShutdownType),
-    FIELD(SystemBlock, HibernateSupport),
-    FIELD(SystemBlock, DebugLog),
-    FIELD(SystemBlock, DelayOfAlarm),
-    kept_in_network(FIELD(NetworkBlock, DelayApplication)),
-    kept_in_network(FIELD(NetworkBlock, Nodemon)),
+    FIELD(Record, system.Name),
+    FIELD(Record, system.Location),
+    FIELD(Record, system.Contact),
+    FIELD(Record, system.Language),
+    FIELD(Record, system.EventLog),
+    FIELD(Record, system.DataLog),
+    FIELD(Record, system.DataLogRate),
+    FIELD(Record, system.DataLogMin),
+    FIELD(Record, system.DataLogMax),
+    FIELD(Record, system.SaveFiles),
+    FIELD(Record, system.EnabledGroups),
+    FIELD(Record, system.DeviceActions),
+    FIELD(Record, system.LostCommRaiseAlarm),
+    FIELD(Record, system.DisableShutdownForSingleUPS),
+    FIELD(Record, system.AutoClose),
+    FIELD(Record, system.DisableJobs),
+    FIELD(Record, system.IgnoreRemoteUPSCommands),
+    FIELD(Record, system.OEMMode),
+    FIELD(Record, system.DebugMode),
+    FIELD(Record, system.PasswordProtection),
+    FIELD(Record, system.ShutdownType),
+    FIELD(Record, system.HibernateSupport),
+    FIELD(Record, system.DebugLog),
+    FIELD(Record, system.DelayOfAlarm),
+    FIELD(Record, network.DelayApplication),
+    FIELD(Record, network.Nodemon),
+};
+
+constexpr Field network_fields[] = {
+    FIELD(Record, network.CheckRate),
+    FIELD(Record, network.Server),
+    FIELD(Record, network.Port),
+    FIELD(Record, network.SNMP),
+    FIELD(Record, network.HTTP),
+    FIELD(Record, network.HTTPPath),
+    FIELD(Record, network.RemoteIPAddress),
+    FIELD(Record, network.RemoteDevice),
+    FIELD(Record, network.RemoteConnection),
+    FIELD(Record, network.RemoteAutoStart),
 };
 
 constexpr Field serial_fields[] = {
     FIELD(Serial, Device), FIELD(Serial, Baudrate), FIELD(Serial, Bits),
     FIELD(Serial, Stop),   FIELD(Serial, Parity),   FIELD(Serial, CheckRate),
 };
-
-constexpr Field network_fields[] = {
-    FIELD(NetworkBlock, CheckRate),
-    FIELD(NetworkBlock, Server),
-    FIELD(NetworkBlock, Port),
-    FIELD(NetworkBlock, SNMP),
-    FIELD(NetworkBlock, HTTP),
-    FIELD(NetworkBlock, HTTPPath),
-    FIELD(NetworkBlock, RemoteIPAddress),
-    FIELD(NetworkBlock, RemoteDevice),
-    FIELD(NetworkBlock, RemoteConnection),
-    FIELD(NetworkBlock, RemoteAutoStart),
-};
+static_assert(fill<Serial>({serial_fields}));
 
 constexpr Field email_config_fields[] = {
     FIELD(EmailConfig, Allowed), FIELD(EmailConfig, Server),   FIELD(EmailConfig, Domain),
@@ -71,6 +96,7 @@ constexpr Field email_config_fields[] = {
     FIELD(EmailConfig, Timeout), FIELD(EmailConfig, Subject),  FIELD(EmailConfig, AuthAllowed),
     FIELD(EmailConfig, Login),   FIELD(EmailConfig, Password),
 };
+static_assert(fill<EmailConfig>({email_config_fields, spare_of<EmailConfig>}));
 
 constexpr Field sms_config_fields[] = {
     FIELD(SMSConfig, Allowed),
@@ -78,6 +104,7 @@ constexpr Field sms_config_fields[] = {
     FIELD(SMSConfig, SMSCentre),
     FIELD(SMSConfig, Type),
 };
+static_assert(fill<SMSConfig>({sms_config_fields}));
 
 constexpr Field modem_config_fields[] = {
     FIELD(ModemConfig, Allowed),          FIELD(ModemConfig, Port),
@@ -86,15 +113,24 @@ constexpr Field modem_config_fields[] = {
     FIELD(ModemConfig, InitString),       FIELD(ModemConfig, DialString),
     FIELD(ModemConfig, IncommingAllowed),
 };
+static_assert(fill<ModemConfig>({modem_config_fields}));
 
 constexpr Field email_fields[] = {FIELD(Email, Name), FIELD(Email, EmailAddress)};
+static_assert(fill<Email>({email_fields}));
 constexpr Field sms_fields[] = {FIELD(SMS, Name), FIELD(SMS, TelNumber)};
+static_assert(fill<SMS>({sms_fields}));
 constexpr Field mess_fields[] = {FIELD(Mess, Name)};
+static_assert(fill<Mess>({mess_fields}));
 
-// The decoded fields beside the code are made of it and never stored on their own.
-constexpr Field schedule_fields[] = {
-    {"Data", Kind::text, offsetof(ScheduleEntry, code), sizeof(ScheduleEntry::code)},
+constexpr Field schedule_fields[] = {KEYED_FIELD(ScheduleEntry, code, "Data")};
+
+/// Loading makes these from the code; no file knows `last`.
+constexpr Field schedule_decoded[] = {
+    UNSTORED(ScheduleEntry, time), UNSTORED(ScheduleEntry, ups), UNSTORED(ScheduleEntry, action),
+    UNSTORED(ScheduleEntry, type), UNSTORED(ScheduleEntry, day), UNSTORED(ScheduleEntry, spare),
+    UNSTORED(ScheduleEntry, last),
 };
+static_assert(fill<ScheduleEntry>({schedule_fields, schedule_decoded}));
 
 constexpr Field ups_fields[] = {
     FIELD(UPS, Name),
@@ -124,54 +160,61 @@ constexpr Field ups_fields[] = {
     FIELD(UPS, SNMPGetComm),
     FIELD(UPS, SNMPSetComm),
 };
+static_assert(fill<UPS>({ups_fields}));
 
 constexpr Field mess_config_fields[] = {FIELD(MessConfig, Type)};
+static_assert(fill<MessConfig>({mess_config_fields, spare_of<MessConfig>}));
 
 constexpr Field osprey_modem_fields[] = {
     FIELD(OspreyModemConfig, Port),       FIELD(OspreyModemConfig, Number),
     FIELD(OspreyModemConfig, DeviceNo),   FIELD(OspreyModemConfig, InitString),
     FIELD(OspreyModemConfig, DialString),
 };
+static_assert(fill<OspreyModemConfig>({osprey_modem_fields}));
 
 constexpr Field wap_fields[] = {FIELD(WapConfig, Allowed), FIELD(WapConfig, Port)};
+static_assert(fill<WapConfig>({wap_fields, spare_of<WapConfig>}));
 
 constexpr Field fax_fields[] = {
     FIELD(FaxConfig, Allowed), FIELD(FaxConfig, LocalRemote), FIELD(FaxConfig, Fax),
     FIELD(FaxConfig, Name),    FIELD(FaxConfig, Company),     FIELD(FaxConfig, Number),
 };
+static_assert(fill<FaxConfig>({fax_fields}));
 
 constexpr Field voice_fields[] = {
     FIELD(VoiceConfig, Allowed), FIELD(VoiceConfig, ModemID), FIELD(VoiceConfig, Delay),
     FIELD(VoiceConfig, Retry),   FIELD(VoiceConfig, Number),
 };
+static_assert(fill<VoiceConfig>({voice_fields}));
 
 constexpr Field job_fields[] = {
-    SWITCH(Job, Log),
+    low_byte(FIELD(Job, Log)),
     FIELD(Job, LogDelay),
-    SWITCH(Job, Execute),
+    low_byte(FIELD(Job, Execute)),
     FIELD(Job, ExecuteDelay),
     FIELD(Job, ExecuteInterval),
     FIELD(Job, File),
-    SWITCH(Job, LocalMessage),
+    low_byte(FIELD(Job, LocalMessage)),
     FIELD(Job, LocalMessageDelay),
     FIELD(Job, LocalMessageInterval),
-    SWITCH(Job, NetMessage),
+    low_byte(FIELD(Job, NetMessage)),
     FIELD(Job, NetMessageDelay),
     FIELD(Job, NetMessageInterval),
-    SWITCH(Job, Shutdown),
+    low_byte(FIELD(Job, Shutdown)),
     FIELD(Job, ShutdownDelay),
-    SWITCH(Job, Email),
+    low_byte(FIELD(Job, Email)),
     FIELD(Job, EmailDelay),
-    SWITCH(Job, SMS),
+    low_byte(FIELD(Job, SMS)),
     FIELD(Job, SMSDelay),
-    SWITCH(Job, Call),
+    low_byte(FIELD(Job, Call)),
     FIELD(Job, CallDelay),
-    SWITCH(Job, Fax),
+    low_byte(FIELD(Job, Fax)),
     FIELD(Job, FaxDelay),
-    SWITCH(Job, Voice),
+    low_byte(FIELD(Job, Voice)),
     FIELD(Job, VoiceDelay),
     FIELD(Job, Message),
 };
+static_assert(fill<Job>({job_fields}));
 
 constexpr Field common_fields[] = {
     FIELD(Group, Name),
@@ -185,31 +228,35 @@ constexpr Field common_fields[] = {
     FIELD(Group, RedundancyLevel),
 };
 
-constexpr Field member_field(const char* key, std::uint32_t member) {
-  return {key, Kind::u16, static_cast<std::uint32_t>(offsetof(Group, UPS)) + 2 * member, 2};
-}
-
 constexpr Field member_fields[] = {
-    member_field("UPS_00", 0), member_field("UPS_01", 1), member_field("UPS_02", 2),
-    member_field("UPS_03", 3), member_field("UPS_04", 4), member_field("UPS_05", 5),
-    member_field("UPS_06", 6), member_field("UPS_07", 7),
+    KEYED_FIELD(Group, UPS[0], "UPS_00"), KEYED_FIELD(Group, UPS[1], "UPS_01"),
+    KEYED_FIELD(Group, UPS[2], "UPS_02"), KEYED_FIELD(Group, UPS[3], "UPS_03"),
+    KEYED_FIELD(Group, UPS[4], "UPS_04"), KEYED_FIELD(Group, UPS[5], "UPS_05"),
+    KEYED_FIELD(Group, UPS[6], "UPS_06"), KEYED_FIELD(Group, UPS[7], "UPS_07"),
 };
 
-/// Six conditions and their six sources, then the keys of a job.
+constexpr Field condition_fields[] = {
+    low_byte(KEYED_FIELD(GroupEvent, Type[0], "Type1")),
+    low_byte(KEYED_FIELD(GroupEvent, Type[1], "Type2")),
+    low_byte(KEYED_FIELD(GroupEvent, Type[2], "Type3")),
+    low_byte(KEYED_FIELD(GroupEvent, Type[3], "Type4")),
+    low_byte(KEYED_FIELD(GroupEvent, Type[4], "Type5")),
+    low_byte(KEYED_FIELD(GroupEvent, Type[5], "Type6")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[0], "Priority1")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[1], "Priority2")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[2], "Priority3")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[3], "Priority4")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[4], "Priority5")),
+    low_byte(KEYED_FIELD(GroupEvent, Priority[5], "Priority6")),
+};
+
+/// The conditions and their sources, then the keys of a job.
 constexpr auto event_fields = [] {
-  constexpr const char* conditions[] = {
-      "Type1",     "Type2",     "Type3",     "Type4",     "Type5",     "Type6",
-      "Priority1", "Priority2", "Priority3", "Priority4", "Priority5", "Priority6",
-  };
-  std::array<Field, key_slots> fields{};
-  std::uint32_t used = 0;
-  for (const char* key : conditions) {
-    fields[used] = {key, Kind::low_u8, 2 * used, 2};
-    ++used;
-  }
+  std::array<Field, std::size(condition_fields) + std::size(job_fields)> fields;
+  auto* next = std::copy(std::begin(condition_fields), std::end(condition_fields), fields.begin());
   for (Field field : job_fields) {
     field.offset += static_cast<std::uint32_t>(offsetof(GroupEvent, job));
-    fields[used++] = field;
+    *next++ = field;
   }
   return fields;
 }();
@@ -229,19 +276,7 @@ constexpr Field sensor_fields[] = {
     FIELD(Sensor, DgOutputEnableSensor),
     FIELD(Sensor, DgOutputSensor),
 };
-
-constexpr std::uint16_t standard_wap_port = 9200;
-
-/// Port 0 would leave WAP without a port; the service has never kept one.
-void replace_zero_wap_port(void* entry, int, const Field& field) {
-  auto& wap = *static_cast<WapConfig*>(entry);
-  if (field.offset == offsetof(WapConfig, Port) && wap.Port == 0) wap.Port = standard_wap_port;
-}
-
-/// Whatever the file says, the switch of some events is off; `config/events.h` says why.
-void forbid_shutdown(void* entry, int event, const Field&) {
-  if (!events[event].keeps_shutdown) static_cast<Job*>(entry)->Shutdown = 0;
-}
+static_assert(fill<Sensor>({sensor_fields}));
 
 void default_serial(void* entry) {
   auto& serial = *static_cast<Serial*>(entry);
@@ -261,54 +296,97 @@ void default_osprey_modem(void* entry) {
 
 void default_wap(void* entry) {
   auto& wap = *static_cast<WapConfig*>(entry);
-  if (wap.Port == 0) wap.Port = standard_wap_port;
+  if (wap.Port == 0) wap.Port = 9200;
 }
 
-#define BLOCK(member) offsetof(Record, member), sizeof(Record::member)
-#define LIST(member) offsetof(Record, member), sizeof(*Record::member)
+/// A port 0 in the file is replaced on loading already: it would leave WAP without a port.
+void replace_zero_wap_port(void* entry, int, const Field& field) {
+  if (field.offset == offsetof(WapConfig, Port)) default_wap(entry);
+}
+
+/// Whatever the file says, the switch of some events is off; `config/events.h` says why.
+void forbid_shutdown(void* entry, int event, const Field&) {
+  if (!events[event].keeps_shutdown) static_cast<Job*>(entry)->Shutdown = 0;
+}
+
+// The place of the entries of a family, and how many there are.
+#define WHOLE_RECORD 0, sizeof(Record), 1
+#define BLOCK(member) offsetof(Record, member), sizeof(Record::member), 1
+#define LIST(member) \
+  offsetof(Record, member), sizeof(*Record::member), std::extent_v<decltype(Record::member)>
 
 constexpr Family main_families[] = {
-    {"System", 0, 1, false, system_fields, BLOCK(system)},
-    {"Serial_", 8, serial_count, false, serial_fields, LIST(serial), nullptr, default_serial},
-    {"Network", 0, 1, false, network_fields, BLOCK(network)},
-    {"EmailConfig", 0, 1, false, email_config_fields, BLOCK(email_config), nullptr,
+    // name, numbered sections, only entries in use, rows, entries
+    {"System", 0, false, system_fields, WHOLE_RECORD},
+    {"Serial_", 8, false, serial_fields, LIST(serial), nullptr, default_serial},
+    {"Network", 0, false, network_fields, WHOLE_RECORD},
+    {"EmailConfig", 0, false, email_config_fields, BLOCK(email_config), nullptr,
      default_email_config},
-    {"SMSConfig", 0, 1, false, sms_config_fields, BLOCK(sms_config)},
-    {"ModemConfig", 0, 1, false, modem_config_fields, BLOCK(modem_config)},
-    {"Email_", 10, email_count, true, email_fields, LIST(email)},
-    {"SMS_", 10, sms_count, true, sms_fields, LIST(sms)},
-    {"Schedule_", 20, schedule_count, true, schedule_fields, LIST(schedule)},
-    {"Mess_", 10, mess_count, true, mess_fields, LIST(mess)},
-    {"UPS_", 32, ups_count, true, ups_fields, LIST(ups)},
-    {"MessConfig", 0, 1, false, mess_config_fields, BLOCK(mess_config)},
-    {"OspreyModemConfig", 0, 1, false, osprey_modem_fields, BLOCK(osprey_modem_config), nullptr,
+    {"SMSConfig", 0, false, sms_config_fields, BLOCK(sms_config)},
+    {"ModemConfig", 0, false, modem_config_fields, BLOCK(modem_config)},
+    {"Email_", 10, true, email_fields, LIST(email)},
+    {"SMS_", 10, true, sms_fields, LIST(sms)},
+    {"Schedule_", 20, true, schedule_fields, LIST(schedule)},
+    {"Mess_", 10, true, mess_fields, LIST(mess)},
+    {"UPS_", 32, true, ups_fields, LIST(ups)},
+    {"MessConfig", 0, false, mess_config_fields, BLOCK(mess_config)},
+    {"OspreyModemConfig", 0, false, osprey_modem_fields, BLOCK(osprey_modem_config), nullptr,
      default_osprey_modem},
-    {"WapConfig", 0, 1, false, wap_fields, BLOCK(wap_config), replace_zero_wap_port, default_wap},
-    {"FaxConfig", 0, 1, false, fax_fields, BLOCK(fax_config)},
-    {"VoiceConfig", 0, 1, false, voice_fields, BLOCK(voice_config)},
+    {"WapConfig", 0, false, wap_fields, BLOCK(wap_config), replace_zero_wap_port, default_wap},
+    {"FaxConfig", 0, false, fax_fields, BLOCK(fax_config)},
+    {"VoiceConfig", 0, false, voice_fields, BLOCK(voice_config)},
 };
 
 constexpr Family jobs_families[] = {
-    {"Job_", 30, job_count, false, job_fields, LIST(job), forbid_shutdown},
+    {"Job_", 30, false, job_fields, LIST(job), forbid_shutdown},
 };
 
 constexpr Family job_states_families[] = {
-    {"Job_", 30, job_count, false, job_fields, LIST(job_state)},
+    {"Job_", 30, false, job_fields, LIST(job_state)},
 };
 
 constexpr Family group_families[] = {
-    {"Common", 0, 1, false, common_fields, LIST(group)},
-    {"UPS", 0, 1, false, member_fields, LIST(group)},
-    {"Event_", 64, event_count, true, event_fields,
-     offsetof(Record, group) + offsetof(Group, events), sizeof(GroupEvent)},
+    {"Common", 0, false, common_fields, BLOCK(group[0])},
+    {"UPS", 0, false, member_fields, BLOCK(group[0])},
+    {"Event_", 64, true, event_fields, LIST(group[0].events)},
 };
+constexpr Field events_of_group[] = {UNSTORED(Group, events)};
+static_assert(fill<Group>({group_families[group_common].fields,
+                           group_families[group_members].fields, events_of_group,
+                           spare_of<Group>}));
+static_assert(fill<GroupEvent>({group_families[group_events].fields}));
 
 constexpr Family sensor_families[] = {
-    {"Sensor_", 32, sensor_count, false, sensor_fields, LIST(sensor)},
+    {"Sensor_", 32, false, sensor_fields, LIST(sensor)},
 };
 
 constexpr std::span<const Family> all_families[file_count] = {
     main_families, jobs_families, group_families, sensor_families, job_states_families,
+};
+
+/// What the families fill in the record: the rows that count from its start, and the blocks of all
+/// other families. The families of the group files share a block.
+constexpr auto record_rows = [] {
+  std::array<Field, section_slots> rows{};
+  auto* next = rows.begin();
+  *next++ = UNSTORED(Record, group);
+  for (const int file : {main_file, jobs_file, sensor_file, job_states_file}) {
+    for (const Family& family : all_families[file]) {
+      if (family.size == sizeof(Record)) {
+        next = std::copy(family.fields.begin(), family.fields.end(), next);
+      } else {
+        const auto width = family.size * static_cast<std::uint32_t>(family.stored);
+        *next++ = {.offset = family.offset, .width = width};
+      }
+    }
+  }
+  return rows;
+}();
+static_assert(fill<Record>({record_rows, spare_of<Record>}));
+
+struct Names {
+  char sections[file_count][section_slots][name_width] = {};
+  char keys[file_count][row_slots][key_slots][name_width] = {};
 };
 
 template <std::size_t N>
@@ -316,69 +394,42 @@ constexpr void copy_name(char (&slot)[N], std::string_view name) {
   for (std::size_t i = 0; i < name.size(); ++i) slot[i] = name[i];
 }
 
-struct SectionTable {
-  char names[file_count][section_slots][name_width] = {};
-  std::uint8_t family[file_count][section_slots] = {};
-  std::uint8_t index[file_count][section_slots] = {};
-  int sections[file_count] = {};
-};
-
-constexpr SectionTable make_sections() {
-  SectionTable table;
+constexpr Names names = [] {
+  Names made;
   for (int file = 0; file < file_count; ++file) {
     int section = 0;
-    std::uint8_t row = 0;
+    int row = 0;
     for (const Family& family : all_families[file]) {
+      int key = 0;
+      for (const Field& field : family.fields) copy_name(made.keys[file][row][key++], field.key);
+      const std::string_view name = family.name;
       for (int i = 0; i < family.sections(); ++i, ++section) {
-        auto& slot = table.names[file][section];
-        const std::string_view name = family.name;
+        auto& slot = made.sections[file][section];
         copy_name(slot, name);
         if (family.count != 0) {
           slot[name.size()] = static_cast<char>('0' + i / 10);
           slot[name.size() + 1] = static_cast<char>('0' + i % 10);
         }
-        table.family[file][section] = row;
-        table.index[file][section] = static_cast<std::uint8_t>(i);
       }
       ++row;
     }
-    table.sections[file] = section;
   }
-  return table;
-}
-
-constexpr SectionTable sections = make_sections();
-
-struct LineTable {
-  char names[file_count][row_slots][key_slots][name_width] = {};
-};
-
-constexpr LineTable make_lines() {
-  LineTable table;
-  for (int file = 0; file < file_count; ++file) {
-    int row = 0;
-    for (const Family& family : all_families[file]) {
-      int key = 0;
-      for (const Field& field : family.fields) copy_name(table.names[file][row][key++], field.key);
-      ++row;
-    }
-  }
-  return table;
-}
-
-constexpr LineTable lines = make_lines();
+  return made;
+}();
 
 }  // namespace
 
-constexpr const char (&SectionNames)[file_count][section_slots][name_width] = sections.names;
-constexpr const char (&LineNames)[file_count][row_slots][key_slots][name_width] = lines.names;
+constexpr const char (&SectionNames)[file_count][section_slots][name_width] = names.sections;
+constexpr const char (&LineNames)[file_count][row_slots][key_slots][name_width] = names.keys;
 
 std::span<const Family> families_of(int file) { return all_families[file]; }
 
 const Family* family_of(int file, int section, int& index) {
-  if (file < 0 || file >= file_count || section < 0 || section >= sections.sections[file]) {
-    return nullptr;
+  if (file < 0 || file >= file_count || section < 0) return nullptr;
+  index = section;
+  for (const Family& family : all_families[file]) {
+    if (index < family.sections()) return &family;
+    index -= family.sections();
   }
-  index = sections.index[file][section];
-  return &all_families[file][sections.family[file][section]];
+  return nullptr;
 }

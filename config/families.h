@@ -10,15 +10,15 @@
 
 /// Sections that share one vocabulary: a list such as `UPS_00` to `UPS_31`, or a single section.
 struct Family {
-  const char* name;  // of a single section, or in front of the two digits of a numbered one
+  const char* name;  // of a single section, or what precedes the two digits of a numbered one
   int count;         // section names, numbered from 00; 0 for a single section
-  int stored;        // entries that the record has room for; values for the others are dropped
   bool only_used;    // written only while its first value is neither empty nor 0
   std::span<const Field> fields;  // in the order of key numbers, which is that of the file
   std::uint32_t offset;           // of entry 0 in the record (of group 0 for a group file)
   std::uint32_t size;             // bytes from one entry to the next
+  int stored;  // entries that the record has room for; values for the others are dropped
 
-  /// Called after `field` of entry `index` has been loaded, for what a value may not be.
+  /// Called after `field` of entry `index` has been loaded; corrects a value that may not stay.
   void (*loaded)(void* entry, int index, const Field& field) = nullptr;
 
   /// Fills empty values just before the entry is written.
