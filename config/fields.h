@@ -26,9 +26,9 @@ struct Field {
 };
 
 template <typename T>
-constexpr bool is_text = false;
+inline constexpr bool is_text = false;
 template <std::size_t N>
-constexpr bool is_text<Text<N>> = true;
+inline constexpr bool is_text<Text<N>> = true;
 
 /// The kind of a member of type `T`, which may be a reference to an element of an array.
 template <typename T>
@@ -75,3 +75,5 @@ unsigned number_at(const Field& field, const void* entry);
 
 /// Stores a number, cut to the field's width.
 void set_number_at(const Field& field, void* entry, unsigned value);
+
+#define RECORD_FIELD(block, name) FIELD(Record, block.name)
