@@ -49,7 +49,7 @@ bash -eu "$folder/commands"
 { sed '/^\[Harrier\]/,/^\[Wren\]/ { /^\[Wren\]/!d }' "$folder/before/lang_00.ini" &&
   sed -n '/^\[Harrier\]/,$p' "$source/languages/lang_00.ini"; } | cmp - "$kestrel/lang_00.ini"
 expect_status 0
-grep -q 'Configuration of the Kestrel UPS service' "$folder/screen" || fail "no menu was shown"
+grep -q 'Harrier 5\.3\.0' "$folder/screen" || fail "no menu was shown"
 rm "$kestrel/lang_00.ini"
 expect_status 5
 mkdir -p "$folder/stage/opt/kestrel"

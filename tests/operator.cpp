@@ -99,6 +99,17 @@ int colour_number(const VTermColor& colour) {
   return VTERM_COLOR_IS_INDEXED(&colour) ? colour.indexed.idx : -1;
 }
 
+/// The size of the bytes without the beginning of a UTF-8 character at their end.
+std::size_t whole_characters(std::string_view bytes) {
+  for (std::size_t part = 1; part <= std::min<std::size_t>(3, bytes.size()); ++part) {
+    const auto byte = static_cast<unsigned char>(bytes[bytes.size() - part]);
+    const std::size_t width = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+    if (width > part) return bytes.size() - part;
+    if (byte < 0x80) break;
+  }
+  return bytes.size();
+}
+
 std::string squeezed(std::string_view text) {
   static const std::regex blanks("[ \n]+");
   return std::regex_replace(std::string(text), blanks, " ");
@@ -168,8 +179,12 @@ void Operator::pump(int milliseconds) {
   char bytes[16384];
   for (ssize_t size; (size = read(master_, bytes, sizeof bytes)) > 0;) {
     output_.append(bytes, static_cast<std::size_t>(size));
-    vterm_input_write(terminal_, bytes, static_cast<std::size_t>(size));
   }
+  // libvterm 0.1 shows a character wrongly that comes in two parts.
+  const std::string_view fresh = std::string_view(output_).substr(emulated_);
+  const std::size_t size = whole_characters(fresh);
+  vterm_input_write(terminal_, fresh.data(), size);
+  emulated_ += size;
 }
 
 void Operator::settle() {

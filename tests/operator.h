@@ -144,7 +144,8 @@ class Operator {
   int report_ = -1;
   std::optional<int> status_;  // as by waitpid
   std::string output_;
-  std::string trail_;  // what has been done so far
+  std::size_t emulated_ = 0;  // the bytes of it that the emulator has got
+  std::string trail_;         // what has been done so far
   VTerm* terminal_;
   VTermScreen* screen_;
 };
