@@ -5,10 +5,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <vector>
+
+#include "tests/tables.h"
 
 namespace {
 
@@ -78,13 +79,8 @@ std::string as_text(const std::vector<Row>& screen) {
 }
 
 /// Blanks must not break, because viewers differ in how many they keep.
-std::string escaped(std::string text) {
-  static const std::pair<std::regex, const char*> escapes[] = {
-      {std::regex("&"), "&amp;"}, {std::regex("<"), "&lt;"}, {std::regex(" "), "\u00a0"}};
-  for (const auto& [character, escape] : escapes) {
-    text = std::regex_replace(text, character, escape);
-  }
-  return text;
+std::string escaped(const std::string& text) {
+  return replaced(text, {{"&", "&amp;"}, {"<", "&lt;"}, {" ", "\u00a0"}});
 }
 
 /// Scalable Vector Graphics 1.1 (W3C). Lengths are pixels. Each run has the width of its cells.

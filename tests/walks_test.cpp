@@ -17,7 +17,9 @@ class Tables : public testing::TestWithParam<Table> {
 
 auto tables(const char* file) { return testing::ValuesIn(read_tables(file)); }
 
-std::string name_of(const testing::TestParamInfo<Table>& table) { return case_name(table.param); }
+std::string name_of(const testing::TestParamInfo<Table>& table) {
+  return std::regex_replace(table.param.name, std::regex("[^A-Za-z0-9]"), "");
+}
 
 class Walks : public Tables {};
 
@@ -35,9 +37,9 @@ TEST_P(Screens, AreShownAndLeadTheArrow) {
   for (const Line& line : lines()) {
     SCOPED_TRACE("arrow_paths.txt, line " + std::to_string(line.number));
     Walk walk(demo_with(line[0]));
-    walk.act(line[1]);
-    if (!line[3].empty()) walk.look("screen " + line[3]);
-    if (!line[2].empty()) walk.look("arrow " + line[2]);
+    walk.take(line[1]);
+    if (!line[3].empty()) walk.take("screen " + line[3]);
+    if (!line[2].empty()) walk.take("arrow " + line[2]);
   }
 }
 
@@ -63,14 +65,14 @@ void edit(Walk& walk, const Line& line) {
   const auto enter = [&](const std::string& typed, bool number, bool refused) {
     const int bells = walk.op().bells();
     walk.go_home();
-    walk.act(line[0]);
-    walk.look(std::exchange(shown, ""));
-    if (!typed.empty()) walk.act('"' + typed);
-    if (refused) walk.look("$out_of_range");
+    walk.take(line[0]);
+    walk.take(std::exchange(shown, ""));
+    if (!typed.empty()) walk.take('"' + typed);
+    if (refused) walk.take("$out_of_range");
     if (number) {
       EXPECT_EQ(walk.op().bells() - bells, refused ? 1 : 0) << typed;
     }
-    walk.look(line[5]);
+    walk.take(line[5]);
   };
   if (line[3].empty()) {
     enter(line[2], false, false);
@@ -118,9 +120,9 @@ TEST(Tour, ChangesSomethingOnEveryScreenAndFindsItAgain) {
     for (const Line& line : tour) {
       SCOPED_TRACE("tour.txt, line " + std::to_string(line.number));
       walk.go_home();
-      walk.act(line[0]);
+      walk.take(line[0]);
       const std::size_t last = line.cells.size() - 1;
-      if (language[0] == '2') walk.look(line[line[last][0] == '=' ? last - 1 : last]);
+      if (language[0] == '2') walk.take(line[line[last][0] == '=' ? last - 1 : last]);
     }
   }
 }
