@@ -72,7 +72,7 @@ std::string as_text(const std::vector<Row>& screen) {
       at = run.end;
     }
     line.resize(line.size() > 16 ? 32 : 16, ' ');  // the characters of rows alike stay aligned
-    text += line + "|" + characters + "\n";
+    text.append(line).append("|").append(characters).append("\n");
   }
   text.erase(text.find_last_not_of(" |\n") + 1);
   return text + "\n";
