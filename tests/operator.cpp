@@ -99,15 +99,13 @@ int colour_number(const VTermColor& colour) {
   return VTERM_COLOR_IS_INDEXED(&colour) ? colour.indexed.idx : -1;
 }
 
-/// The size of the bytes without the beginning of a UTF-8 character at their end.
+/// The size of the bytes without a UTF-8 character at their end that has not come whole.
 std::size_t whole_characters(std::string_view bytes) {
-  for (std::size_t part = 1; part <= std::min<std::size_t>(3, bytes.size()); ++part) {
-    const auto byte = static_cast<unsigned char>(bytes[bytes.size() - part]);
-    const std::size_t width = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
-    if (width > part) return bytes.size() - part;
-    if (byte < 0x80) break;
-  }
-  return bytes.size();
+  std::size_t last = bytes.size();
+  while (last > 0 && (bytes[--last] & 0xC0) == 0x80) continue;
+  const auto byte = static_cast<unsigned char>(last < bytes.size() ? bytes[last] : 0);
+  const std::size_t width = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+  return last + width > bytes.size() ? last : bytes.size();
 }
 
 std::string squeezed(std::string_view text) {

@@ -1,7 +1,6 @@
 #include "tests/tables.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -77,26 +76,22 @@ std::string english(std::string text) {
   return text;
 }
 
-std::string keys(std::string text) {
-  static const std::pair<const char*, const char*> names[] = {{"<Enter>", "\r"},
-                                                              {"<Esc>", "\x1b"},
-                                                              {"<Erase>", "\x7f"},
-                                                              {"<Ctrl-C>", "\003"},
-                                                              {"<Ctrl-\\>", "\034"}};
-  for (const auto& [name, key] : names) {
-    const std::string_view whole = name;
-    for (std::size_t at; (at = text.find(whole)) != std::string::npos;) {
-      text.replace(at, whole.size(), key);
+std::string replaced(std::string text, const Replacements& replacements) {
+  for (const auto& [part, other] : replacements) {
+    std::size_t at = 0;
+    for (; (at = text.find(part, at)) != std::string::npos; at += other.size()) {
+      text.replace(at, part.size(), other);
     }
   }
   return text;
 }
 
-std::string case_name(const Table& table) {
-  std::string name;
-  std::copy_if(table.name.begin(), table.name.end(), std::back_inserter(name),
-               [](unsigned char c) { return std::isalnum(c) != 0; });
-  return name;
+std::string keys(const std::string& text) {
+  return replaced(text, {{"<Enter>", "\r"},
+                         {"<Esc>", "\x1b"},
+                         {"<Erase>", "\x7f"},
+                         {"<Ctrl-C>", "\003"},
+                         {"<Ctrl-\\>", "\034"}});
 }
 
 std::vector<Value> read_values(std::string_view cell) {

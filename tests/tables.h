@@ -29,10 +29,11 @@ std::vector<Line> read_table(std::string_view name);  // the first table
 std::string english(std::string text);
 
 /// The text with keys for their names: "Sam<Enter><Esc>" becomes "Sam\r\x1b".
-std::string keys(std::string text);
+std::string keys(const std::string& text);
 
-/// The letters and digits of a table's name, as the name of a case.
-std::string case_name(const Table& table);
+/// The text after one replacement after the other, each wherever its first text stands.
+using Replacements = std::vector<std::pair<std::string, std::string>>;
+std::string replaced(std::string text, const Replacements& replacements);
 
 /// A key of a configuration file and its value, with quotes if it has any.
 struct Value {

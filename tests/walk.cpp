@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <sstream>
 
@@ -36,6 +35,13 @@ void expect_tidy(Operator& op) {
   }
 }
 
+void choose_line(Operator& op, const std::string& text) {
+  int row = 1;
+  while (row < screen_rows && op.row(row).find(text) == std::string::npos) ++row;
+  op.point(row);
+  op.enter();
+}
+
 /// The cells that begin with a mark.
 struct Step {
   std::string_view mark;
@@ -53,6 +59,7 @@ constexpr Step steps[] = {
      [](Walk& walk, const std::string& text) {
        EXPECT_FALSE(walk.op().shows(english(text))) << text;
      }},
+    {"line ", [](Walk& walk, const std::string& text) { choose_line(walk.op(), english(text)); }},
     {"bells ",
      [](Walk& walk, const std::string& times) { EXPECT_EQ(walk.op().bells(), std::stoi(times)); }},
     {"arrow ", [](Walk& walk, const std::string& path) { EXPECT_EQ(arrow_path(walk.op()), path); }},
@@ -105,28 +112,22 @@ void Walk::go(const Line& line) {
     return line[0] == "set" ? set(line) : run();
   }
   go_home();
-  for (std::size_t i = 0; i < line.cells.size(); ++i) i % 2 == 0 ? act(line[i]) : look(line[i]);
+  for (const std::string& cell : line.cells) take(cell);
 }
 
-void Walk::take(const std::string& cell, void (Walk::*otherwise)(const std::string&)) {
+void Walk::take(const std::string& cell) {
   if (cell.empty()) return;
   const auto* const known = std::find_if(std::begin(steps), std::end(steps), [&](const Step& step) {
     return cell.starts_with(step.mark);
   });
-  if (known == std::end(steps))
-    (this->*otherwise)(cell);
-  else
+  if (known != std::end(steps)) {
     known->take(*this, cell.substr(known->mark.size()));
+  } else if (cell.find_first_not_of("0123456789./") == std::string::npos) {
+    op_->open(cell);
+  } else {
+    op_->expect(english(cell));
+  }
   expect_tidy(*op_);
-}
-
-/// Chooses items by their numbers, or a line by its text.
-void Walk::choose(const std::string& path) {
-  if (std::isdigit(static_cast<unsigned char>(path[0])) != 0) return op_->open(path);
-  int row = 1;
-  while (row < screen_rows && op_->row(row).find(english(path)) == std::string::npos) ++row;
-  op_->point(row);
-  op_->enter();
 }
 
 void Walk::go_home() {

@@ -17,9 +17,8 @@ class Walk {
 
   void go(const Line& line);
 
-  /// A cell of a line: `act` takes something to do, `look` something to see.
-  void act(const std::string& cell) { take(cell, &Walk::choose); }
-  void look(const std::string& cell) { take(cell, &Walk::see); }
+  /// Takes a cell of a line: does something, or looks for something.
+  void take(const std::string& cell);
 
   void go_home();  // to the main menu
 
@@ -38,9 +37,6 @@ class Walk {
 
  private:
   void set(const Line& line);
-  void take(const std::string& cell, void (Walk::*otherwise)(const std::string&));
-  void choose(const std::string& path);
-  void see(const std::string& text) { op_->expect(english(text)); }
 
   Options options_;
   std::optional<Folder> folder_;
