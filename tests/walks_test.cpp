@@ -72,7 +72,7 @@ void edit(Walk& walk, const Line& line) {
     if (number) {
       EXPECT_EQ(walk.op().bells() - bells, refused ? 1 : 0) << typed;
     }
-    walk.take(line[5]);
+    for (std::size_t i = 5; i < line.cells.size(); ++i) walk.take(line[i]);
   };
   if (line[3].empty()) {
     enter(line[2], false, false);
