@@ -27,7 +27,7 @@ TEST(Terminal, IsGivenBackWhateverEndsTheRun) {
   }
 }
 
-TEST(Terminal, StopsAndGoesOnInMenusAndEditors) {
+TEST(Terminal, StopsAndGoesOnInMenusEditorsAndPauses) {
   const Folder folder;
   Operator op(folder);
   for (const bool editing : {false, true}) {
@@ -44,8 +44,30 @@ TEST(Terminal, StopsAndGoesOnInMenusAndEditors) {
     if (editing) op.type("Attic\r");
     op.leave();
   }
+  op.open("1/6.1");
+  op.answer("0");
+  op.expect(english("$out_of_range"));
+  op.type("\x1a");
+  ASSERT_TRUE(op.stopped());
+  op.signal(SIGCONT);
+  EXPECT_NE(op.arrow(), 0) << "the pause goes on";
   EXPECT_EQ(op.quit("y"), 1);
   EXPECT_EQ(folder.value("kestrel.ini", "System", "Name"), "\"Attic\"");
+}
+
+TEST(Terminal, LeavesIgnoredSignalsIgnored) {
+  const Folder folder;
+  folder.write("careless", "#!/bin/sh\ntrap '' INT TERM HUP QUIT PIPE TSTP\nexec ./harrier\n");
+  Operator op(folder, {.name = "./careless"});
+  const std::string menu = op.screen();
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGTSTP}) {
+    SCOPED_TRACE(signal);
+    op.signal(signal);
+    EXPECT_EQ(op.screen(), menu);
+    op.down();  // still in our mode
+    EXPECT_EQ(op.arrow(), 12);
+    op.up();
+  }
 }
 
 /// As the first process of its session: nobody could continue it, so the stop is discarded.
@@ -75,7 +97,8 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   op.resize(24, 80);
   EXPECT_TRUE(op.row(17).ends_with("  Atric"));
   EXPECT_TRUE(op.cell(10, 1).look == (Look{7, 0, true}));  // white, not as the value
-  op.type("\x7f\x7f\x7ftic");  // what was typed before can still be corrected
+  // What was typed before can still be corrected, and so can two columns, a quoted key and none.
+  op.type("\x7f\x7f\x7f\x18\x16\x15t\u0301\x7f\x7f\x7f\x7ftic");
   op.resize(30, 90);
   EXPECT_TRUE(op.row(17).ends_with("  Attic"));
   op.type("\r\rEnd");  // the editor also shows what was typed before it
