@@ -11,7 +11,6 @@
 
 #include "config/store.h"
 #include "tests/failing_calls.h"
-#include "tests/operator.h"
 #include "tests/tables.h"
 #include "tui/terminal.h"
 
@@ -143,19 +142,6 @@ TEST(FailedSave, LeavesEveryFileOldOrNew) {
   }
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_EQ(fs::hard_link_count(shared), 2U);
-}
-
-TEST(FailedSave, OutlivesALimitOfTheFileSize) {
-  const Folder folder;
-  folder.write("limited", "#!/bin/sh\nulimit -f 2\nexec ./harrier\n");
-  const Files before = folder.files();
-  Operator op(folder, {.name = "./limited"});
-  op.open("1/1");
-  op.type("Attic\r");
-  EXPECT_EQ(op.quit("y"), 1);
-  EXPECT_TRUE(op.shows("SaveKestrelINI fail " + std::to_string(EFBIG))) << op.screen();
-  EXPECT_TRUE(op.shows(english("$save_failed"))) << op.screen();
-  EXPECT_EQ(folder.files(), before);
 }
 
 }  // namespace

@@ -8,26 +8,6 @@
 
 namespace {
 
-TEST(Start, SaysWhyItFails) {
-  const auto expect_failure = [](const Folder::Files& files, int status, const char* message) {
-    SCOPED_TRACE(message);
-    const Folder folder(files);
-    const Folder::Files before = folder.files();
-    Operator op(folder);
-    EXPECT_EQ(op.exit_status(), status);
-    EXPECT_EQ(op.output(), std::string("\r\n\r") + message);
-    EXPECT_TRUE(op.echo());
-    EXPECT_EQ(folder.files(), before);
-  };
-  const std::string config = demo("kestrel.ini");
-  const std::string no_file = with_value(config, "System", "Language", "31");
-  const std::string no_section = "English\n\n[harrier]\n[Harrier] \n[Osprey]\n";
-  expect_failure({}, 2, "Cannot load initialization file !");
-  expect_failure({{"kestrel.ini", no_file}}, 5, "Cannot load language strings file !");
-  expect_failure({{"kestrel.ini", config}, {"lang_00.ini", no_section}}, 5,
-                 "Cannot load language strings file !");
-}
-
 #ifndef __SANITIZE_ADDRESS__  // the sanitizers reserve more memory than there is
 TEST(Start, SaysThatMemoryIsLow) {
   const Folder folder;
