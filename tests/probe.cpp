@@ -166,7 +166,6 @@ const std::map<std::string_view, Call> calls = {
     {"choice_language", call(choose_language)},
     {"LoadText", call(load_text)},
     CALL(get_int),
-    CALL(get_int1),
     CALL(get_yesno),
     CALL(yesno),
     CALL(yesnostr),
