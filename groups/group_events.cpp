@@ -7,7 +7,6 @@
 #include "kit/screens.h"
 #include "lang/lang_text.h"
 #include "schedule/action_editor.h"
-#include "tui/columns.h"
 #include "tui/format.h"
 
 namespace {
@@ -30,7 +29,7 @@ void print_event_line(const Subject& page, int item) {
   std::string line = LangText[text::unused];
   if (exists(s)) {
     line = LangText[text::group_event];
-    line += " - " + printable(event_of(s).job.Message.view());
+    line.append(" - ").append(event_of(s).job.Message.view());
     dopln(line, line_columns, " ");
   }
   print_value(line);

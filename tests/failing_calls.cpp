@@ -4,9 +4,13 @@
 #include "tests/failing_calls.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <csignal>
+#include <string_view>
+
+std::string journal;
 
 namespace {
 
@@ -15,22 +19,34 @@ int count;
 int faulty;
 int fault;
 
-/// Counts an operation. False, with the errno, if it has to fail; `half` does what a call has done
-/// when it is cut off.
-bool passes(const std::function<void()>& half = [] {}) {
-  if (!counting || ++count != faulty) return true;
-  if (fault == -SIGTERM) return raise(SIGTERM) == 0;
-  half();
-  if (fault == -SIGKILL) raise(SIGKILL);
-  errno = fault;
-  return false;
-}
-
 /// The function of the library. Arguments and results are passed in registers, so one type fits
 /// all.
 template <typename... Args>
 long call(const char* name, Args... args) {
   return reinterpret_cast<long (*)(Args...)>(dlsym(RTLD_NEXT, name))(args...);
+}
+
+/// Notes what the order of a save depends on.
+void note(std::string_view name, long file) {
+  struct stat info = {};
+  if (name == "fsync" && call("fstat", file, &info) == 0 && S_ISDIR(info.st_mode)) name = "folder";
+  for (const std::string_view noted : {"write", "fsync", "folder", "rename", "unlink"}) {
+    if (name == noted) journal.append(name).append(" ");
+  }
+}
+
+/// Counts an operation. False, with the errno, if it has to fail; `half` does what a call has done
+/// when it is cut off.
+bool passes(
+    std::string_view name, long file, const std::function<void()>& half = [] {}) {
+  if (!counting) return true;
+  note(name, file);
+  if (++count != faulty) return true;
+  if (fault == -SIGTERM) return raise(SIGTERM) == 0;
+  half();
+  if (fault == -SIGKILL) raise(SIGKILL);
+  errno = fault;
+  return false;
 }
 
 }  // namespace
@@ -39,6 +55,7 @@ int with_fault(int at, int kind, const std::function<void()>& work) {
   count = 0;
   faulty = at;
   fault = kind;
+  journal.clear();
   counting = true;
   work();
   counting = false;
@@ -49,8 +66,10 @@ int with_fault(int at, int kind, const std::function<void()>& work) {
 #define FUNCTION(name, ...)                                  \
   extern "C" long faulty_##name(__VA_ARGS__) __asm__(#name); \
   extern "C" long faulty_##name(__VA_ARGS__)
-#define SIMPLE_FUNCTION(name) \
-  FUNCTION(name, long a, long b, long c, long d) { return passes() ? call(#name, a, b, c, d) : -1; }
+#define SIMPLE_FUNCTION(name)                               \
+  FUNCTION(name, long a, long b, long c, long d) {          \
+    return passes(#name, a) ? call(#name, a, b, c, d) : -1; \
+  }
 
 SIMPLE_FUNCTION(open)
 SIMPLE_FUNCTION(close)
@@ -68,7 +87,7 @@ SIMPLE_FUNCTION(read)
 
 FUNCTION(write, long fd, const char* bytes, long size) {
   const auto half = [&] { call("write", fd, bytes, size / 2); };
-  return passes(half) ? call("write", fd, bytes, size) : -1;
+  return passes("write", fd, half) ? call("write", fd, bytes, size) : -1;
 }
 
 FUNCTION(sync) { return counting ? 0 : call("sync"); }  // it would flush all disks

@@ -111,6 +111,11 @@ TEST(FailedSave, LeavesEveryFileOldOrNew) {
   const Files after = folder.files();
   ASSERT_EQ(error, 0);
   ASSERT_GE(operations, 90);
+  // A file is flushed before it gets its name, and the folder before the file of a group goes.
+  const std::string swapped = "write fsync rename ";
+  std::string order = swapped + swapped + "folder ";  // of jobs.ini, which is a link
+  for (int file = 0; file < 9; ++file) order += swapped;
+  EXPECT_EQ(journal, order + "folder unlink write fsync folder ");
   for (const int kind : {ENOSPC, EIO, EACCES, -SIGKILL, -SIGTERM}) {
     std::string failing;  // the writers that say that they fail, one after the other
     for (int at = 1; at <= operations && !HasFailure(); ++at) {
@@ -140,17 +145,22 @@ TEST(FailedSave, LeavesEveryFileOldOrNew) {
   EXPECT_EQ(fs::hard_link_count(shared), 2U);
 }
 
-TEST(FailedSave, OutlivesALimitOfTheFileSize) {
+#ifndef __SANITIZE_ADDRESS__  // the sanitizers reserve more memory than there is
+TEST(Start, SaysThatMemoryIsLow) {
   const Folder folder;
-  folder.write("limited", "#!/bin/sh\nulimit -f 2\nexec ./harrier\n");
-  const Files before = folder.files();
-  Operator op(folder, {.name = "./limited"});
-  op.open("1/1");
-  op.type("Attic\r");
-  EXPECT_EQ(op.quit("y"), 1);
-  EXPECT_TRUE(op.shows("SaveKestrelINI fail " + std::to_string(EFBIG))) << op.screen();
-  EXPECT_TRUE(op.shows(english("$save_failed"))) << op.screen();
-  EXPECT_EQ(folder.files(), before);
+  int status = 128 + SIGSEGV;
+  std::string output;
+  // With too little the C library has none for itself, and a signal ends the program.
+  for (int kib = 512; status > 128; kib += 64) {
+    const std::string limits = "ulimit -c 0; ulimit -d " + std::to_string(kib);
+    folder.write("limited", "#!/bin/sh\n" + limits + "; exec ./harrier\n");
+    Operator op(folder, {.name = "./limited"});
+    status = op.exit_status();
+    output = op.output();
+  }
+  EXPECT_EQ(status, 4);
+  EXPECT_EQ(output, "\r\n\rLow memory for strings !");
 }
+#endif
 
 }  // namespace

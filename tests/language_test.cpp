@@ -48,7 +48,7 @@ TEST(Languages, AreTakenApartByTheirCheck) {
     std::string broken;
     int number = 0;
     for (std::string text; std::getline(lines, text);) {
-      if (std::to_string(++number) == line[0]) text = english(line[1]);
+      if (std::to_string(++number) == line[0]) text = keys(english(line[1]));
       if (text != "<none>") broken += text + "\n";
     }
     folder.write("lang_15.ini", std::regex_replace(broken, std::regex("<FF>"), "\xFF"));

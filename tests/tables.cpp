@@ -91,6 +91,7 @@ std::string keys(const std::string& text) {
                          {"<Esc>", "\x1b"},
                          {"<Erase>", "\x7f"},
                          {"<Ctrl-C>", "\003"},
+                         {"<Ctrl-Z>", "\032"},
                          {"<Ctrl-\\>", "\034"}});
 }
 
@@ -108,7 +109,7 @@ std::vector<Value> read_values(std::string_view cell) {
     }
     if (!known || value.section.empty()) throw std::runtime_error("no value: " + part);
     value.key = found[3];
-    value.text = english(found[4]);
+    value.text = keys(english(found[4]));
     values.push_back(value);
   }
   return values;

@@ -45,7 +45,7 @@ struct Value {
 
 /// Reads the values of a cell: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". A value without
 /// a file name belongs to kestrel.ini, and a value without a section to that of the value before.
-/// References to texts become English.
+/// References to texts become English, and names of keys become the keys.
 std::vector<Value> read_values(std::string_view cell);
 
 /// Puts values into files. Adds missing sections at the end of a file.

@@ -27,7 +27,7 @@ TEST(Terminal, IsGivenBackWhateverEndsTheRun) {
   }
 }
 
-TEST(Terminal, StopsAndGoesOnInMenusAndEditors) {
+TEST(Terminal, StopsAndGoesOnInMenusEditorsAndPauses) {
   const Folder folder;
   Operator op(folder);
   for (const bool editing : {false, true}) {
@@ -44,6 +44,13 @@ TEST(Terminal, StopsAndGoesOnInMenusAndEditors) {
     if (editing) op.type("Attic\r");
     op.leave();
   }
+  op.open("1/6.1");
+  op.answer("0");
+  op.expect(english("$out_of_range"));
+  op.type("\x1a");
+  ASSERT_TRUE(op.stopped());
+  op.signal(SIGCONT);
+  EXPECT_NE(op.arrow(), 0) << "the pause goes on";
   EXPECT_EQ(op.quit("y"), 1);
   EXPECT_EQ(folder.value("kestrel.ini", "System", "Name"), "\"Attic\"");
 }
@@ -75,7 +82,9 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   op.resize(24, 80);
   EXPECT_TRUE(op.row(17).ends_with("  Atric"));
   EXPECT_TRUE(op.cell(10, 1).look == (Look{7, 0, true}));  // white, not as the value
-  op.type("\x7f\x7f\x7ftic");  // what was typed before can still be corrected
+  // What was typed before can still be corrected, and so can two columns, a quoted key and none.
+  op.type("\x7f\x7f\x7f\x18\x16\x15t\u0301\x7f\x7f\x7f\x7ftic");
+  EXPECT_TRUE(op.row(17).ends_with("  Attic"));
   op.resize(30, 90);
   EXPECT_TRUE(op.row(17).ends_with("  Attic"));
   op.type("\r\rEnd");  // the editor also shows what was typed before it
@@ -146,22 +155,6 @@ TEST(Terminal, LosesNoKeyThatIsTypedAhead) {
     EXPECT_EQ(value("Language") + value("DataLogRate") + value("DataLogMin"), "16017");
     if (first.empty()) first = folder.files();
     EXPECT_EQ(folder.files(), first);
-  }
-}
-
-TEST(Terminal, EndsTheRunWhereThePipeEnds) {
-  const std::string typed = "\n\nAttic";
-  const std::string down = "\033[B\033[B\033[B\033[B\033[B";
-  const std::string whole = typed + "\n\033[A\033[A" + down + down + "\n" + down + "\ny\n";
-  for (const std::string& input :
-       {std::string(), std::string("\n"), typed, typed + "\n\033", whole}) {
-    SCOPED_TRACE(readable(input));
-    const Folder folder;
-    folder.write("input", input);
-    folder.write("piped", "#!/bin/sh\ncat input | ./harrier\n");
-    Operator op(folder, {.name = "./piped"});
-    EXPECT_EQ(op.exit_status(), input == whole ? 1 : 0);
-    EXPECT_EQ(folder.value("kestrel.ini", "System", "Name") == "\"Attic\"", input == whole);
   }
 }
 

@@ -31,6 +31,21 @@ TEST_P(Walks, GoAsWritten) {
 
 INSTANTIATE_TEST_SUITE_P(All, Walks, tables("walks.txt"), name_of);
 
+class Commands : public Tables {};
+
+TEST_P(Commands, DoAsWritten) {
+  Folder::Files files = demo_with("");
+  files["probe"] = "#!/bin/sh\nexec " HARRIER_PROBE " \"$@\"\n";
+  for (const Line& line : lines()) {
+    SCOPED_TRACE("commands.txt, line " + std::to_string(line.number));
+    files["command"] = "#!/bin/sh\nPATH=$PATH:/usr/bin\n" + line[0] + "\n";
+    Walk walk(files, {.name = "./command"});
+    for (std::size_t i = 1; i < line.cells.size(); ++i) walk.take(line[i]);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Commands, tables("commands.txt"), name_of);
+
 class Screens : public Tables {};
 
 TEST_P(Screens, AreShownAndLeadTheArrow) {
@@ -72,7 +87,7 @@ void edit(Walk& walk, const Line& line) {
     if (number) {
       EXPECT_EQ(walk.op().bells() - bells, refused ? 1 : 0) << typed;
     }
-    walk.take(line[5]);
+    for (std::size_t i = 5; i < line.cells.size(); ++i) walk.take(line[i]);
   };
   if (line[3].empty()) {
     enter(line[2], false, false);

@@ -57,7 +57,7 @@ void check_name(LanguageFile& file, const std::string& folder) {
   }
   LanguageNames names;
   load_language_names(names);
-  const std::string listed = printable(names[static_cast<std::size_t>(file.number)]);
+  const std::string listed = names[static_cast<std::size_t>(file.number)];
   const std::string& name = file.lines[0];
   if (name.empty() || name[0] == '[') {
     file.note(1, "the first line must be the name of the language");
