@@ -71,12 +71,12 @@ enum class FlagWords : std::uint8_t {
 struct Row {
   Act act = Act::rule;
   const char* number = "";  // as on the screen, "6.2"; the digits before the dot are aligned
-  const char* mark = "";    // after the number
   text::Id label = text::back;
-  text::Id (*label_of)(const Subject&) = nullptr;  // instead of `label`
-  Field field = {};                                // counted from the screen's entry
-  unsigned low = 0;                                // bounds of a number
+  Field field = {};  // counted from the screen's entry
+  unsigned low = 0;  // bounds of a number
   unsigned high = 0;
+  const char* mark = "";                           // after the number
+  text::Id (*label_of)(const Subject&) = nullptr;  // instead of `label`
   FlagWords flag_words = FlagWords::yes_no;
   std::string (*value)(const Subject&) = nullptr;  // of a custom row
   Test is_on = nullptr;                            // instead of the field of a flag
@@ -128,22 +128,17 @@ struct Row {
 
 /// A text, edited in place.
 constexpr Row words(const char* number, text::Id label, Field field) {
-  return {.act = Act::words, .number = number, .label = label, .field = field};
+  return {Act::words, number, label, field};
 }
 
 /// A number from `low` to `high`.
 constexpr Row number(const char* number, text::Id label, Field field, unsigned low, unsigned high) {
-  return {.act = Act::number,
-          .number = number,
-          .label = label,
-          .field = field,
-          .low = low,
-          .high = high};
+  return {Act::number, number, label, field, low, high};
 }
 
 /// An 8-bit or 16-bit number that is on unless it is 0. Enter makes it 0 or 1.
 constexpr Row flag(const char* number, text::Id label, Field field) {
-  return {.act = Act::flag, .number = number, .label = label, .field = field};
+  return {Act::flag, number, label, field};
 }
 
 /// A flag that is more than a field.
