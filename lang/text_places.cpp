@@ -9,37 +9,41 @@ namespace {
 
 namespace places {
 
-// A screen has 80 columns; the last one stays free. The frame of a title leaves 62.
-constexpr int whole_line = 79;
+// The frame has 70 columns, and no item should be wider. Long values from the files may be: the
+// line has 79 columns for them. Messages and hints stand below the frame and have the whole line.
+constexpr int frame = 70;
 
-// Nothing cuts a switch: the number of the item, the label and the word share the line. A colon,
-// five blanks and the brackets stand between the label and the word.
+// The number of the item, the label and the word of a switch share the line. A colon, five blanks
+// and the brackets stand between the label and the word.
 constexpr int between = 8;
-constexpr int after_number(int number_columns) { return whole_line - number_columns - between; }
+constexpr int after_number(int number_columns) { return frame - number_columns - between; }
 
 // From the narrowest place to the widest. A text that stands in several names the first of them.
 
 // Name and number of a recipient share a line with both values.
 constexpr Place recipient{11, "a label of the list of recipients"};
 // The value may be "weekly - Wednesday - 12:00".
-constexpr Place time_label{12, "the label of a schedule's time"};
+constexpr Place time_label{14, "the label of a schedule's time"};
 // The name and the model stand before it, a port and an address after it.
 constexpr Place connection{14, "a connection in the list of UPS devices"};
 constexpr Place model{18, "the column of the models in the list of UPS devices"};
 // What follows the number of a free entry must not look like an entry.
 constexpr Place free_place{20, "a free place of a list"};
 constexpr Place word{20, "a word behind a label"};
-constexpr Place time_part{20, "a part of a schedule's time"};
+constexpr Place time_part{19, "a part of a schedule's time"};
 constexpr Place schedule_label{24, "a label before a long text of a schedule"};
 // Without port and address a connection has the rest of its line.
 constexpr Place other_connection{32, "a connection in the list of UPS devices"};
 constexpr Place listed_action{39, "the column of the actions in the upcoming actions"};
 // The letters of the actions follow in a column of their own.
 constexpr Place event_name{40, "the name of an event in the list of jobs", Beside::nothing, true};
-// Up to 17 columns stand before it, a number of five digits after it. A longer value is cut.
-constexpr Place label{50, "a label with a value"};
-// Also the labels above an editor, and the items that open something.
-constexpr Place title{62, "a title or an item of a menu"};
+// Up to 17 columns stand before it. A colon, five blanks and a number of five digits follow.
+constexpr Place label{frame - 17 - 11, "a label with a value"};
+// Item 2.3.1 of a connection, and its title.
+constexpr Place password_item{frame - 22, "the item for a new password"};
+// Also the labels above an editor, and the items that open something. The number of an item takes
+// up to 11 columns. A title has three columns more.
+constexpr Place title{frame - 11, "a title or an item of a menu"};
 constexpr Place title_end{62, "a title", Beside::enter_time};
 constexpr Place hint{77, "a hint below a name"};
 // One column of the line remains for the answer.
