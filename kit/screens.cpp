@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int screen_columns = 80;
 constexpr int standard_frame = 5;
 constexpr char value_gap[] = "     ";
 
@@ -114,16 +113,21 @@ std::string flag_word(bool is_on, FlagWords words) {
 // --- Drawing ------------------------------------------------------------------------------------
 
 void print_row_value(const Row& row, const void* entry, const Subject& subject) {
-  if (row.act == Act::flag) {
-    put(value_gap);
-    print_flag(is_on(row, entry, subject), row.flag_words);
-  } else if (row.bracketed) {
-    print_cut(std::string(value_gap) + "[");
-    print_value(value_of(row, entry, subject), 1);
-    put("]");
+  if (row.bracketed) {
+    print_cut(std::string(value_gap) + "[", true);
+    print_value(value_of(row, entry, subject), true);
+    print_cut("]");
   } else {
     print_value(value_gap + value_of(row, entry, subject));
   }
+}
+
+/// The word of a flag stays whole beside a label that is cut: Enter changes it without a question.
+void print_flag_row(const std::string& label, const Row& row, bool is_on) {
+  constexpr int brackets = 2;
+  print_before(columns(value_gap) + columns(flag_word(is_on, row.flag_words)) + brackets, label);
+  put(value_gap);
+  print_flag(is_on, row.flag_words);
 }
 
 void print_row(const Row& row, const void* entry, const Subject& subject, int digits) {
@@ -133,14 +137,19 @@ void print_row(const Row& row, const void* entry, const Subject& subject, int di
   }
   const bool is_bright = bright(row, subject);
   const bool has_value = row.act != Act::open && row.act != Act::back && row.act != Act::remark;
+  const std::string label =
+      lead(row, digits) + LangText[label_of(row, subject)] + (has_value && row.colon ? ":" : "");
   begin_line();
-  if (!is_bright) print_escapeseq(escape::dim);
-  print_cut(lead(row, digits) + LangText[label_of(row, subject)] +
-            (has_value && row.colon ? ":" : ""));
-  if (!is_bright)
+  if (!is_bright) {
+    print_escapeseq(escape::dim);
+    print_cut(label);
     print_escapeseq(escape::normal);
-  else if (has_value)
-    print_row_value(row, entry, subject);
+  } else if (row.act == Act::flag) {
+    print_flag_row(label, row, is_on(row, entry, subject));
+  } else {
+    print_cut(label, has_value);
+    if (has_value) print_row_value(row, entry, subject);
+  }
 }
 
 void print_list(const Screen& screen, const Subject& subject, int digits) {
@@ -238,16 +247,19 @@ void begin_line() {
   used = 0;
 }
 
-void print_cut(std::string_view text, int reserve) {
-  // The last column stays free: some terminals break the line as soon as it is written.
-  put(cut_columns(text, screen_columns - 1 - used - reserve));
+void print_cut(std::string_view text, bool goes_on) {
+  put(cut_marked(text, line_columns() - used, goes_on));
   used += columns(text);
 }
 
-void print_value(std::string_view text, int reserve) {
+void print_value(std::string_view text, bool goes_on) {
   print_escapeseq(escape::value);
-  print_cut(printable(text), reserve);
+  print_cut(printable(text), goes_on);
   print_escapeseq(escape::normal);
+}
+
+void print_before(int reserve, std::string_view text) {
+  put(cut_marked(text, line_columns() - used - reserve));
 }
 
 void print_flag(bool is_on, FlagWords words) {

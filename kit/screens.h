@@ -51,17 +51,22 @@ void print_screen(const Screen& screen, const Subject& subject, int selected);
 /// Runs a screen until an item leaves it.
 void run_screen(const Screen& screen, const Subject& subject = {});
 
-// What a line is made of. These functions count the columns that the line has used.
+// What a line is made of. These functions count the columns that the line has used. A line that is
+// cut ends with ">" in its last column, which is the last but one of the terminal.
 
 /// Starts a new line.
 void begin_line();
 
-/// Prints as much of `text` as the line has room for. The last of 80 columns stays free, and so do
-/// `reserve` columns before it.
-void print_cut(std::string_view text, int reserve = 0);
+/// Prints as much of `text` as the line has room for. `goes_on` says that something follows, which
+/// may be cut as well.
+void print_cut(std::string_view text, bool goes_on = false);
 
 /// The same in the colour of values, without the control characters of `text`.
-void print_value(std::string_view text, int reserve = 0);
+void print_value(std::string_view text, bool goes_on = false);
+
+/// Prints a text before something of `reserve` columns that must stay whole. Here ">" stands at the
+/// end of the text.
+void print_before(int reserve, std::string_view text);
 
 /// "[", the word for a flag in green or red, "]".
 void print_flag(bool is_on, FlagWords words);

@@ -80,10 +80,10 @@ void print_languages(const LanguageNames& names, int selected) {
   const Layout layout = layout_of(count, selected);
   print_frame(layout.start_row, LangText[text::languages_title]);
   for (int i = layout.first; i < layout.first + layout.shown; ++i) {
-    print("\n\r      %s", printable(names[static_cast<std::size_t>(i)]).c_str());
+    print_item(printable(names[static_cast<std::size_t>(i)]));
   }
   print_line(0);
-  print("\n\r      %s", LangText[text::back]);
+  print_item(LangText[text::back]);
   print_frame_end(layout.start_row, layout.base() + layout.shown + 2);
   print_arrow(line_of(layout, count, selected), arrow_column, layout.base());
 }

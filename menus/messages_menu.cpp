@@ -28,21 +28,21 @@ constexpr Screen messages_screen{.start_row = 4, .title = text::messages, .rows 
 constexpr char deletion_mark = '*';
 
 /// Prints a label and a value after it, filled up to `width` columns.
-void print_labelled(text::Id label, std::string_view value, int width) {
-  print_cut(std::string(LangText[label]) + ":  ");
+void print_labelled(text::Id label, std::string_view value, int width, bool goes_on) {
+  print_cut(std::string(LangText[label]) + ":  ", true);
   std::string shown = printable(value);
-  print_value(dopln(shown, width, " "));
+  print_value(dopln(shown, width, " "), goes_on);
 }
 
 void print_recipient(const Subject&, int item) {
   const SMS& recipient = INI1.sms[item - 1];
   if (recipient.Name.empty()) {
-    put(LangText[text::unused]);
+    print_cut(LangText[text::unused]);
     return;
   }
   constexpr int name_columns = 20;
-  print_labelled(text::name, recipient.Name.view(), name_columns);
-  print_labelled(text::telephone_number, recipient.TelNumber.view(), 0);
+  print_labelled(text::name, recipient.Name.view(), name_columns, true);
+  print_labelled(text::telephone_number, recipient.TelNumber.view(), 0, false);
 }
 
 void edit_recipient(const Subject&, int item) {

@@ -81,7 +81,7 @@ void print_job_line(const Subject& s, int item) {
   constexpr int other_columns = 5 + 2 + action_count;  // a gap, the brackets, the letters
   const int event = s.first + item - 1;
   std::string name = LangText[events[event].name];
-  print_cut(dopln(name, name_columns, " "), other_columns);
+  print_before(other_columns, dopln(name, name_columns, " "));
   put("     [");
   for (const JobAction& action : job_actions) {
     print_escapeseq(number_at(action.flag, &INI1.job[event]) != 0 ? escape::on : escape::off_mark);

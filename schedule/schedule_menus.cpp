@@ -109,7 +109,7 @@ int print_next_actions(std::int64_t* start, const std::int64_t* end, int selecte
   const int lines = next_actions(*start, *end, INI1, print_upcoming_line);
   for (const text::Id label : {text::show_more, text::back}) {
     print_line(0);
-    print("\n\r      %s", LangText[label]);
+    print_item(LangText[label]);
   }
   print_frame_end(compact, upcoming_row(lines, leave_item));
   put_at(upcoming_row(lines, selected), "-->");

@@ -13,9 +13,9 @@
 
 namespace {
 
-/// The largest screen of the program. A terminal may have more rows and columns.
+/// The largest screen of the program. A terminal may have more rows.
 constexpr int rows = 24;
-constexpr int cols = 80;
+constexpr int picture_cols = 80;
 
 /// The characters of a row from column `first` up to and without column `end`. They look alike,
 /// except that the look of a blank in between may be any: nobody sees it.
@@ -30,7 +30,7 @@ using Row = std::vector<Run>;
 
 Row capture_row(const Operator& op, int row) {
   Row runs;
-  for (int col = 1; col <= cols; ++col) {
+  for (int col = 1; col <= op.cols(); ++col) {
     const Cell cell = op.cell(row, col);
     if (cell.text == " " && cell.look.background <= 0) continue;
     if (runs.empty() || runs.back().look != cell.look) runs.push_back({cell.look, col, col, ""});
@@ -89,7 +89,7 @@ std::string as_picture(const std::vector<Row>& screen) {
   constexpr int cell_height = 20;
   constexpr int margin = 14;
   constexpr int baseline = 15;  // of a line of text, below the top of its cells
-  constexpr int width = cols * cell_width + 2 * margin;
+  constexpr int width = picture_cols * cell_width + 2 * margin;
   constexpr int height = rows * cell_height + 2 * margin;
   std::ostringstream svg;
   svg << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << " " << height

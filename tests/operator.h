@@ -112,6 +112,7 @@ class Operator {
   bool canonical() { return mode(ICANON); }  // the terminal collects whole lines
 
   void resize(int rows, int cols);
+  int cols() const { return cols_; }
   void signal(int number);  // to the program alone
 
   /// Pulls the terminal away. The session's leader does not pass the hang-up on, as a shell might:

@@ -87,6 +87,10 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   EXPECT_TRUE(op.row(17).ends_with("  Attic"));
   op.resize(30, 90);
   EXPECT_TRUE(op.row(17).ends_with("  Attic"));
+  op.resize(24, 60);
+  EXPECT_EQ(op.row(12), std::string(58, '*') + '>');
+  EXPECT_TRUE(op.row(17).ends_with("  Attic"));
+  op.resize(30, 90);
   op.type("\r\rEnd");  // the editor also shows what was typed before it
   EXPECT_TRUE(op.row(17).ends_with("  End"));
   op.type("s\r");

@@ -118,6 +118,16 @@ std::string_view cut_columns(std::string_view text, int width) {
   return text.substr(0, used);
 }
 
+std::string cut_marked(std::string_view text, int width, bool goes_on) {
+  const std::string_view shown = cut_columns(text, width);
+  const bool whole = text.find_first_not_of(' ', shown.size()) == std::string_view::npos;
+  if (whole && !(goes_on && columns(shown) >= width)) return std::string(shown);
+  if (width <= 0) return "";
+  std::string cut(cut_columns(text, width - 1));
+  if (columns(cut) < width - 1) cut += ' ';
+  return cut + '>';
+}
+
 std::string_view cut_bytes(std::string_view text, std::size_t size) {
   if (text.size() <= size) return text;
   std::size_t used = 0;

@@ -25,6 +25,12 @@ std::string printable(std::string_view text);
 /// Returns the longest beginning of `text` that takes at most `width` columns.
 std::string_view cut_columns(std::string_view text, int width);
 
+/// Returns `text` when it takes at most `width` columns, except for blanks at its end, which it
+/// then loses. Otherwise returns a beginning of it with ">" in column `width`, and a blank before
+/// the mark in place of half a wide character. When the line `goes_on`, this also cuts a text that
+/// leaves no column free: what follows it would be lost without a mark.
+std::string cut_marked(std::string_view text, int width, bool goes_on = false);
+
 /// Returns the longest beginning of `text` that has at most `size` bytes and splits no character.
 std::string_view cut_bytes(std::string_view text, std::size_t size);
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tui/columns.h"
+#include "tui/format.h"
 #include "tui/screen.h"
 #include "tui/terminal.h"
 
@@ -172,6 +173,8 @@ void menu_insert_value(const char* label) {
   print_line(3);
   print_line(1);
   print_line(0);
-  print("\n\r      %s:\t", label);
+  // A cut label leaves room for the tabulator. The value goes on in the next rows if it has to.
+  constexpr int tabulator = 8;
+  put("\n\r" + cut_marked(format("      %s:", label), line_columns() - tabulator) + "\t");
   print_escapeseq(escape::value);
 }

@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr int frame_width = 70;
-constexpr int content_width = 62;
+constexpr int widest_frame = 70;
 constexpr char border[] = "****";
+constexpr int borders_width = 8;
 
 // From this width on `center` leaves a text as it is. All callers have shorter lines.
 constexpr int widest_center = 200;
@@ -17,6 +17,8 @@ constexpr int widest_center = 200;
 void repeat(std::string& text, std::string_view fill, int times) {
   for (int i = 0; i < times; ++i) text += fill;
 }
+
+int frame_width() { return std::clamp(line_columns(), borders_width, widest_frame); }
 
 int scrolled = 0;  // rows that the current screen has scrolled up, in a terminal with too few rows
 
@@ -58,22 +60,28 @@ void cursor_gotopos(int row, int column, int row_offset) {
 }
 
 void print_line(int kind) {
+  const auto width = static_cast<std::size_t>(frame_width());
   std::string line = kind == 4 ? "" : "\n\r";
   if (kind == 3) {
-    line += border + std::string(content_width, ' ') + border;
+    line += border + std::string(width - borders_width, ' ') + border;
   } else if (kind >= 0 && kind <= 4) {
-    line.append(frame_width, kind == 0 ? '-' : kind == 2 ? '#' : '*');
+    line.append(width, kind == 0 ? '-' : kind == 2 ? '#' : '*');
   }
   put(line);
 }
 
 void print_center(std::string_view text) {
-  const std::string_view shown = cut_columns(text, content_width);
-  const int left = content_width - columns(shown);
+  const int width = frame_width() - borders_width;
+  const std::string shown = cut_marked(text, width);
+  const int left = width - columns(shown);
   std::string line = "\n\r";
   line.append(border).append(static_cast<std::size_t>(left / 2), ' ').append(shown);
   line.append(static_cast<std::size_t>(left - left / 2), ' ').append(border);
   put(line);
+}
+
+void print_item(std::string_view text) {
+  put("\n\r" + cut_marked("      " + std::string(text), line_columns()));
 }
 
 std::string& center(std::string& text, int width, std::string_view fill) {

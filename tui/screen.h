@@ -4,7 +4,7 @@
 #include <string_view>
 
 /// The parts of every screen: colours, moves of the cursor, rule lines, and centred titles in a
-/// frame. The frame is 70 columns wide in every language.
+/// frame. The frame is 70 columns wide in every language, and narrower where the terminal is.
 
 /// The entries of `seq_escape`, control sequences of ECMA-48 and of the VT100 family.
 namespace escape {
@@ -32,14 +32,18 @@ void print_escapeseq(int index);
 /// digits. The top left corner is 1, 1. Terminals read 0 as 1.
 void cursor_gotopos(int row, int column, int row_offset);
 
-/// Starts a new line and draws 70 columns on it: a rule of "-" (kind 0), of "*" (kind 1), of "#"
-/// (kind 2), or the empty line of a frame (kind 3). Kind 4 draws the asterisks of kind 1, but on
-/// the current line. Any other kind only starts a new line.
+/// Starts a new line and draws the width of a frame on it: a rule of "-" (kind 0), of "*" (kind 1),
+/// of "#" (kind 2), or the empty line of a frame (kind 3). Kind 4 draws the asterisks of kind 1,
+/// but on the current line. Any other kind only starts a new line.
 void print_line(int kind);
 
-/// Draws one line of a frame, on a new line, with `text` centred in 62 columns. Cuts a longer text.
-/// If one column is left over, it goes to the right.
+/// Draws one line of a frame, on a new line, with `text` centred in 62 columns, or in fewer when
+/// the frame is narrower. Cuts a longer text as `cut_marked` does. If one column is left over, it
+/// goes to the right.
 void print_center(std::string_view text);
+
+/// Starts a new line and prints `text`, cut as `cut_marked` does, as an item without a number.
+void print_item(std::string_view text);
 
 /// Centres `text` in `width` columns with copies of `fill`, and returns `text`. Each copy counts as
 /// one column. For a width of 200 or more the text stays as it is.

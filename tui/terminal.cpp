@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "tui/columns.h"
 #include "tui/format.h"
 #include "tui/terminal_state.h"
 
@@ -34,6 +35,9 @@ constexpr std::size_t longest_screen = 32768;
 std::string output;            // printed, not yet sent
 std::size_t screen_begin = 0;  // where the current screen begins in `output`
 std::string screen;            // sent since the current screen began
+
+winsize size = {};        // of the terminal, while the current screen is drawn
+bool size_known = false;  // asked for since that screen began
 
 // --- Signals ------------------------------------------------------------------------------------
 
@@ -91,6 +95,14 @@ void handle(int signal, void (*handler)(int), int flags) {
   if (before.sa_handler == SIG_IGN) sigaction(signal, &before, nullptr);
 }
 
+// --- Size ---------------------------------------------------------------------------------------
+
+void ask_size() {
+  if (size_known) return;
+  size_known = true;
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) size = {};
+}
+
 }  // namespace
 
 Terminal terminal;
@@ -110,6 +122,7 @@ void put(std::string_view bytes) { output.append(bytes); }
 void begin_screen() {
   screen.clear();
   screen_begin = output.size();
+  size_known = false;
 }
 
 void keep_screen() {
@@ -138,7 +151,20 @@ void put_screen() {
   // An editor may have changed the colour. The question at the end of a run does not move the
   // cursor itself: without this move, each redraw would draw it one row lower.
   put("\033[1;37m\033[H");
-  put(screen);
+  size_known = false;
+  // The terminal may be narrower by now. The question and the line of the value stay whole: a
+  // tabulator or a sequence is in the one, and no line end after the other.
+  std::string_view left = screen;
+  for (std::size_t end; (end = left.find('\n')) != std::string_view::npos;) {
+    const std::string_view line = left.substr(0, end);
+    const std::size_t text = line.starts_with('\r') ? 1 : 0;
+    const bool plain = line.find_first_of("\t\033") == std::string_view::npos;
+    put(line.substr(0, text));
+    put(plain ? cut_marked(line.substr(text), line_columns()) : line.substr(text));
+    put("\n");
+    left.remove_prefix(end + 1);
+  }
+  put(left);
 }
 
 void flush() {
@@ -209,8 +235,13 @@ void single_key_mode() { wanted = Mode::single_key; }
 void line_mode() { wanted = Mode::line; }
 
 int terminal_rows() {
-  winsize size = {};
-  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row > 0 ? size.ws_row : 24;
+  ask_size();
+  return size.ws_row > 0 ? size.ws_row : 24;
+}
+
+int line_columns() {
+  ask_size();
+  return (size.ws_col > 0 ? size.ws_col : 80) - 1;
 }
 
 // --- Waiting ------------------------------------------------------------------------------------

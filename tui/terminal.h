@@ -58,8 +58,13 @@ class LineMode {
   LineMode& operator=(const LineMode&) = delete;
 };
 
-/// Returns the number of rows of the terminal, or 24 when the terminal does not say.
+/// Returns the number of rows of the terminal, or 24 when the terminal does not say. The terminal
+/// is asked for its size once for each screen, because a change of size has the screen drawn again.
 int terminal_rows();
+
+/// Returns how many columns a line may take: all columns of the terminal but the last, because some
+/// terminals break the line as soon as the last is written. A terminal that does not say has 80.
+int line_columns();
 
 // --- Input --------------------------------------------------------------------------------------
 
