@@ -64,6 +64,12 @@ std::string read_word(std::size_t limit) {
   return word;
 }
 
+/// Returns the number at the start of `typed`, or -1 when it is negative or does not fit 32 bits.
+std::int64_t number_in(const std::string& typed) {
+  const long long number = std::strtoll(typed.c_str(), nullptr, 10);
+  return number < 0 || number > UINT32_MAX ? -1 : number;
+}
+
 std::string answer_letter(const char* text) { return to_utf8(lower_case(first_letter(text))); }
 
 }  // namespace
@@ -101,11 +107,9 @@ std::uint16_t get_int1(std::uint16_t minimum, std::uint16_t maximum, std::uint16
   for (char byte = read_line_byte(); !ends_line(byte); byte = read_line_byte()) {
     if (typed.size() < number_size) typed += byte;
   }
-  std::uint32_t number = current;
-  const bool kept = typed.empty() || typed[0] == '\033';
-  if (!kept) number = static_cast<std::uint32_t>(std::strtol(typed.c_str(), nullptr, 10));
   print_escapeseq(escape::normal);
-  if (kept) return current;
+  if (typed.empty() || typed[0] == '\033') return current;
+  const std::int64_t number = number_in(typed);
   if (number >= minimum && number <= maximum) return static_cast<std::uint16_t>(number);
   print_refusal(refusal);
   return current;
@@ -116,10 +120,9 @@ std::uint16_t get_int(std::uint16_t minimum, std::uint16_t maximum, const char* 
   for (;;) {
     if (prompt != nullptr) print("%s", prompt);
     const std::string word = read_word(word_size);
-    if (word[0] != '\033') {
-      const auto number = static_cast<std::uint16_t>(std::strtol(word.c_str(), nullptr, 10));
-      if (number >= minimum && number <= maximum) return number;
-    }
+    const std::int64_t whole = word[0] == '\033' ? -1 : number_in(word);
+    const auto number = static_cast<std::uint16_t>(whole);
+    if (whole >= 0 && number >= minimum && number <= maximum) return number;
     print("\a\n%s\n", refusal);
   }
 }

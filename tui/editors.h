@@ -33,13 +33,15 @@ void get_prtk(char* destination, std::size_t size, const char* prompt);
 /// Reads a line and returns its number. Returns `current` when the line is empty or begins with
 /// Escape. When the number lies outside `minimum` to `maximum`, rings, shows `refusal`, waits two
 /// seconds and returns `current`. Numbers are decimal and end at the first other character. A
-/// negative number is out of range. `reserved` is not used.
+/// negative number is out of range, and so is a number that does not fit 32 bits. `reserved` is not
+/// used.
 std::uint16_t get_int1(std::uint16_t minimum, std::uint16_t maximum, std::uint16_t current,
                        int reserved, const char* refusal);
 
-/// Prints `prompt` (unless null), reads a word and returns its number, cut to 16 bits. When the
-/// number lies outside `minimum` to `maximum`, or the word begins with Escape, rings, shows
-/// `refusal` and asks again.
+/// Prints `prompt` (unless null), reads a word and returns its number, cut to 16 bits: 65537 is 1.
+/// When the cut number lies outside `minimum` to `maximum`, when the whole number is negative or
+/// does not fit 32 bits, or when the word begins with Escape, rings, shows `refusal` and asks
+/// again.
 std::uint16_t get_int(std::uint16_t minimum, std::uint16_t maximum, const char* prompt,
                       const char* refusal);
 
