@@ -188,7 +188,7 @@ void group_job_param_new(int group, int event) {
 void fill_gr_event_name(int group, int event, int condition, std::string& text) {
   const Subject s{.group = group, .event = event, .condition = condition};
   text = type_name(type_of(s));
-  if (type_of(s) == 0 || text.empty()) return;
+  if (type_of(s) == 0) return;
   const int source = source_of(s);
   const bool is_count =
       !about_redundancy(type_of(s)) && source >= count_base && source < source_any;

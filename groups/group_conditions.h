@@ -10,7 +10,7 @@
 void group_job_param_new(int group, int event);
 void print_group_param_new(int selected, int group, int event);
 
-/// Sets `text` to the line of a condition in that list. It is empty for a type without a text.
+/// Sets `text` to the line of a condition in that list. A type without a text has only its source.
 void fill_gr_event_name(int group, int event, int condition, std::string& text);
 
 /// The editor of a condition. Deleting moves up the conditions after it.
