@@ -91,6 +91,7 @@ std::string keys(const std::string& text) {
                          {"<Esc>", "\x1b"},
                          {"<Erase>", "\x7f"},
                          {"<Ctrl-C>", "\003"},
+                         {"<Ctrl-D>", "\004"},
                          {"<Ctrl-Z>", "\032"},
                          {"<Ctrl-\\>", "\034"}});
 }

@@ -40,6 +40,8 @@ Queue line;           // of a finished line, not yet asked for
 std::string typed;    // of an unfinished line that we correct ourselves
 bool quoted = false;  // the next key of that line has no special meaning
 
+bool end_of_file = false;  // stands for the end of the last line
+
 // --- Waiting -------------------------------------------------------------------------------------
 
 [[noreturn]] void end_of_input() {
@@ -73,6 +75,7 @@ std::size_t read_input(char* bytes, std::size_t size) {
     if (got < 0 && errno == EINTR) continue;
     if (got == 0 && terminal_alive()) {
       if (terminal.applied == Mode::line) {
+        end_of_file = true;
         bytes[0] = '\n';
         return 1;
       }
@@ -163,6 +166,7 @@ bool edit_line(char byte) {
   } else if (is(VEOF) && !typed.empty()) {
     return true;  // without a line end, as from the driver
   } else if (is(VEOF) || byte == '\n' || byte == '\r') {
+    end_of_file = is(VEOF);
     typed += '\n';
     if (terminal.present) echo('\n');
     return true;
@@ -188,6 +192,7 @@ void repeat_screen() {
 
 /// Waits until a line is finished, and puts it into the queue `line`.
 void read_line() {
+  end_of_file = false;
   if (typed.empty()) keep_screen();
   for (;;) {
     while (!keys.empty()) {
@@ -249,3 +254,5 @@ char read_line_byte() {
   if (line.empty()) read_line();
   return line.pop();
 }
+
+bool end_of_file_typed() { return end_of_file; }

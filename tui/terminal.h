@@ -84,6 +84,9 @@ Key read_key();
 /// `read_key`. On an empty line, the end-of-file character of a terminal counts as Enter.
 char read_line_byte();
 
+/// Returns whether the end of the last line was the end-of-file character on an empty line.
+bool end_of_file_typed();
+
 /// Sends the buffer and waits so many microseconds, or not at all for 0 and less. When the program
 /// is stopped and continued, the pause ends early.
 void pause_us(long microseconds);
