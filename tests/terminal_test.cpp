@@ -10,19 +10,21 @@ namespace {
 TEST(Terminal, IsGivenBackWhateverEndsTheRun) {
   constexpr int hang_up = 0;  // the terminal is pulled away
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, hang_up}) {
-    for (const char* keys : {"", "\r", "\r\rAttic", "\r\rAttic\r"}) {
+    for (const char* keys : {"", "\r", "\r\r", "\r\rAttic", "\r\rAttic\r"}) {
       SCOPED_TRACE(std::to_string(signal) + " after " + readable(keys));
       const Folder folder;
       const Folder::Files before = folder.files();
       Operator op(folder);
       op.type(keys);
       op.screen();
+      op.type("half");  // of a line, where there is an editor
       signal == hang_up ? op.hang_up() : op.signal(signal);
       EXPECT_EQ(op.exit_status(), signal == hang_up ? 0 : 128 + signal);
       EXPECT_EQ(folder.files(), before);
       if (signal == hang_up) continue;
       EXPECT_TRUE(op.echo() && op.canonical() && op.cursor_visible());
       EXPECT_NE(op.output().rfind("\x1b[0m"), std::string::npos);
+      EXPECT_EQ(op.unread_keys(), "");
     }
   }
 }
@@ -34,9 +36,11 @@ TEST(Terminal, StopsAndGoesOnInMenusEditorsAndPauses) {
     SCOPED_TRACE(editing ? "editor" : "menu");
     op.open(editing ? "1/1" : "1");
     const std::string before = op.screen();
-    op.type("\x1a");
+    op.type(editing ? "half" : "\x1a");
+    if (editing) op.signal(SIGTSTP);  // unlike Ctrl-Z, which makes the terminal forget the line
     ASSERT_TRUE(op.stopped());
     EXPECT_TRUE(op.echo() && op.canonical() && op.cursor_visible());
+    EXPECT_EQ(op.unread_keys(), "");
     op.signal(SIGCONT);
     EXPECT_EQ(op.screen(), before);
     EXPECT_EQ(op.canonical() && op.echo() && op.cursor_visible(), editing);

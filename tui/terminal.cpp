@@ -228,7 +228,11 @@ void restore_terminal() {
   // its child stop before us.
   const pid_t user = tcgetpgrp(STDIN_FILENO);
   const bool background = user >= 0 && user != getpgrp();
-  if (terminal.present && !background) tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
+  if (!terminal.present || background) return;
+  tcsetattr(STDIN_FILENO, TCSANOW, &terminal.found);
+  // What has been typed was meant for us. It may be half a password, and the shell would show it as
+  // the beginning of a command.
+  tcflush(STDIN_FILENO, TCIFLUSH);
 }
 
 void single_key_mode() { wanted = Mode::single_key; }

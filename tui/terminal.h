@@ -39,10 +39,11 @@ void take_terminal();
 void give_terminal_back();
 
 /// Gives the terminal back when the run ends in the middle of something, by a signal or without
-/// memory. Resets the colours, shows the cursor, moves below the screen and restores the
-/// attributes. Never allocates and never sends the buffer. Async-signal-safe (POSIX.1-2017, 2.4.3).
-/// Waits at most 200 ms for a terminal that takes no output. Does nothing when the terminal is
-/// given back already.
+/// memory. Resets the colours, shows the cursor, moves below the screen, restores the attributes and
+/// throws typed keys away: the shell must not read them. In the background, another program uses
+/// the terminal, so its attributes and its keys stay. Never allocates and never sends the buffer.
+/// Async-signal-safe (POSIX.1-2017, 2.4.3). Waits at most 200 ms for a terminal that takes no
+/// output. Does nothing when the terminal is given back already.
 void restore_terminal();
 
 /// Ask for a mode. `LineMode` does so for an editor.
