@@ -1,5 +1,7 @@
 #include "schedule/job_menus.h"
 
+#include <sys/wait.h>
+
 #include <string>
 
 #include "config/events.h"
@@ -43,8 +45,16 @@ constexpr Screen job_defaults_question{
 
 /// "exec" replaces the shell by the editor. Otherwise an interrupt would end the shell but not an
 /// editor that catches it, and the menu would come back while the editor still reads the keys.
-/// Without an editor the menu comes back at once.
-void edit_script(const Subject&) { run_command("exec vi ups_shut.scr"); }
+/// Without an editor the shell's words stay readable for a while.
+void edit_script(const Subject&) {
+  constexpr int not_executable = 126;
+  constexpr int not_found = 127;
+  const int status = run_command("exec vi ups_shut.scr");
+  if (!WIFEXITED(status)) return;
+  if (WEXITSTATUS(status) == not_executable || WEXITSTATUS(status) == not_found) {
+    ussleep(message_pause);
+  }
+}
 
 constexpr Row script_rows[] = {
     open("1", text::yes, edit_script).leaves(),
