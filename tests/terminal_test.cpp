@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "tests/operator.h"
@@ -164,6 +165,20 @@ TEST(Terminal, LosesNoKeyThatIsTypedAhead) {
     if (first.empty()) first = folder.files();
     EXPECT_EQ(folder.files(), first);
   }
+}
+
+TEST(Terminal, EchoesAPastedLineOnce) {
+  const Folder folder;
+  Operator op(folder);
+  op.open("1/1");
+  op.answer("Attic");
+  op.leave();
+  op.leave();
+  const std::size_t before = op.output().size();
+  op.type("\ny\n");  // Enter alone is no answer
+  EXPECT_EQ(op.exit_status(), 1);
+  const std::string echo = op.output().substr(before);
+  EXPECT_EQ(std::count(echo.begin(), echo.end(), 'y'), 1) << readable(echo);
 }
 
 TEST(Terminal, GetsNothingButTheArrowWhenItMoves) {

@@ -210,7 +210,7 @@ void read_line() {
       read_keys();
     } else {
       apply(Mode::line);
-      if (input_waits()) {
+      if (!terminal.echoed && input_waits()) {
         // These keys were typed before the switch: the driver can neither echo nor correct them.
         apply(Mode::single_key);
         read_keys();
@@ -219,6 +219,7 @@ void read_line() {
       char bytes[longest_line + 1];
       const std::size_t got = read_input(bytes, sizeof bytes);
       if (got == 0) continue;
+      terminal.echoed = true;
       line.push(bytes, got);
       explicit_bzero(bytes, got);
       return;

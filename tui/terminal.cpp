@@ -120,6 +120,7 @@ void print(const char* form, ...) {
 void put(std::string_view bytes) { output.append(bytes); }
 
 void begin_screen() {
+  terminal.echoed = false;
   screen.clear();
   screen_begin = output.size();
   size_known = false;
@@ -177,6 +178,7 @@ void flush() {
 void apply(Mode mode) {
   if (terminal.applied == mode) return;
   terminal.applied = mode;
+  terminal.echoed = false;
   if (!terminal.present) return;
   termios attributes = terminal.found;
   constexpr tcflag_t line_flags = ICANON | ECHO;

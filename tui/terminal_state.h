@@ -13,6 +13,7 @@ struct Terminal {
   termios found;         // as at the start
   bool present = false;  // standard input is a terminal
   Mode applied = Mode::as_found;
+  bool echoed = false;  // whatever waits is on the screen already: the driver has echoed it
 };
 extern Terminal terminal;
 
