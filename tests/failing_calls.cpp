@@ -42,7 +42,7 @@ bool passes(
   if (!counting) return true;
   note(name, file);
   if (++count != faulty) return true;
-  if (fault == -SIGTERM) return raise(SIGTERM) == 0;
+  if (fault < 0 && fault != -SIGKILL) return raise(-fault) == 0;
   half();
   if (fault == -SIGKILL) raise(SIGKILL);
   errno = fault;

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <csignal>
+#include <regex>
 
+#include "tests/failing_calls.h"
 #include "tests/operator.h"
 #include "tests/tables.h"
+#include "tui/diag.h"
 
 namespace {
 
@@ -187,6 +190,49 @@ TEST(Terminal, GetsNothingButTheArrowWhenItMoves) {
   const std::size_t before = op.output().size();
   op.down();
   EXPECT_EQ(op.output().substr(before), "\x1b[11;03H   \x1b[12;03H-->");
+}
+
+TEST(Terminal, SendsSingleKeysWhateverItWaitedForBefore) {
+  for (const char* found : {"min = 3; time = 7", "min = 0; time = 0"}) {
+    SCOPED_TRACE(found);
+    const Folder folder;
+    const std::string set = std::regex_replace(found, std::regex("[=;]"), "");
+    folder.write("set", "#!/bin/sh\nstty " + set + "; ./harrier; stty -a\n");
+    Operator op(folder, {.name = "./set"});
+    op.down();
+    op.expect(english("--> 2 - $ups_parameters"));
+    op.down(4);
+    op.type("\r");
+    op.expect(found);
+  }
+}
+
+/// The run goes on when its log cannot be written.
+TEST(Diagnostics, HarmNobody) {
+  for (const char* log : {
+           "mkfifo debugs.log",                                                   // no reader
+           "mkfifo debugs.log; exec 3<>debugs.log; head -c 65536 /dev/zero >&3",  // full
+           "ulimit -f 0",
+       }) {
+    SCOPED_TRACE(log);
+    const Folder folder(demo_with("System.DebugLog=1"));
+    folder.write("logged", "#!/bin/sh\n" + std::string(log) + "\nexec ./harrier\n");
+    folder.write("vi", "#!/bin/sh\n(echo x >limited); echo status $?; read line\n");
+    Operator op(folder, {.name = "./logged"});
+    op.open("2/17/5/1/9");
+    op.answer("none");
+    op.expect(english("$profile_failed"));
+    for (int screens = 0; screens < 4; ++screens) op.leave();
+    op.open("5/5/1");  // programs that we start have the usual limits
+    op.expect(log == std::string_view("ulimit -f 0") ? "status 153" : "status 0");
+  }
+  const Folder folder;
+  folder.use();
+  bDebugLog = 1;
+  const int operations = with_fault(2, -SIGPIPE, [] { printfc("lost reader"); });
+  bDebugLog = 0;
+  EXPECT_EQ(operations, 3);  // opened, written, closed
+  EXPECT_EQ(folder.read("debugs.log"), "lost reader");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstring>
 
 #include "tui/terminal.h"
@@ -19,9 +20,17 @@ void printfc(const char* text) {
   if (bDebug != 0) report(text);
   if (bDebugLog == 0) return;
   const std::string path = program_path("debugs.log");
-  const int log = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0666);
+  // With O_NONBLOCK a named pipe without a reader does not stop us, nor does a full one.
+  constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+  const int log = open(path.c_str(), flags, 0666);
   if (log < 0) return;
+  // The reader of a pipe may have left since.
+  struct sigaction ignore = {};
+  struct sigaction before = {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, &before);
   // A diagnostic that cannot be written is lost on purpose: there is nowhere left to report it.
   [[maybe_unused]] const ssize_t written = write(log, text, std::strlen(text));
+  sigaction(SIGPIPE, &before, nullptr);
   close(log);
 }

@@ -17,7 +17,8 @@ std::string program_path(std::string_view name);
 extern std::uint8_t bDebug;
 extern std::uint8_t bDebugLog;
 
-/// Prints a diagnostic where the two flags say. Ignores a log that cannot be written.
+/// Prints a diagnostic where the two flags say. Ignores a log that cannot be written, and never
+/// waits for the reader of a log that is a named pipe.
 void printfc(const char* text);
 
 /// Shows a message of the file layer on the screen, whatever the flags say.

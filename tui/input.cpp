@@ -79,10 +79,10 @@ std::size_t read_input(char* bytes, std::size_t size) {
         bytes[0] = '\n';
         return 1;
       }
-      // This terminal is set to return from a read at once (VMIN is 0), so wait with poll.
-      pollfd input = {STDIN_FILENO, POLLIN, 0};
-      const int ready = poll(&input, 1, -1);
-      if ((ready < 0 && errno == EINTR) || (ready > 0 && input_waits())) continue;
+      // Another program has changed the mode meanwhile.
+      terminal.applied = Mode::as_found;
+      apply(Mode::single_key);
+      continue;
     }
     if (got < 0 && errno == EAGAIN) {
       pollfd input = {STDIN_FILENO, POLLIN, 0};

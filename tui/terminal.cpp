@@ -88,6 +88,10 @@ void wake_by_signal(int signal) {
   woken = 1;
 }
 
+/// For SIGXFSZ: a write past the size limit of a file fails, and does not end us. Ignoring the
+/// signal would do the same here, but the programs that we start would inherit that.
+void fail_the_write(int) {}
+
 /// Installs a handler, unless the signal is ignored: nohup and some shells start us like that.
 void handle(int signal, void (*handler)(int), int flags) {
   struct sigaction before = {};
@@ -182,7 +186,11 @@ void apply(Mode mode) {
   if (!terminal.present) return;
   termios attributes = terminal.found;
   constexpr tcflag_t line_flags = ICANON | ECHO;
-  if (mode == Mode::single_key) attributes.c_lflag &= ~line_flags;
+  if (mode == Mode::single_key) {
+    attributes.c_lflag &= ~line_flags;
+    attributes.c_cc[VMIN] = 1;  // every key counts at once, whatever other programs have set
+    attributes.c_cc[VTIME] = 0;
+  }
   if (mode == Mode::line) attributes.c_lflag |= line_flags;
   while (tcsetattr(STDIN_FILENO, TCSADRAIN, &attributes) != 0 && errno == EINTR) {
   }
@@ -209,6 +217,7 @@ void take_terminal() {
   handle(SIGTSTP, stop_by_signal, 0);
   handle(SIGCONT, wake_by_signal, 0);
   handle(SIGWINCH, wake_by_signal, 0);
+  handle(SIGXFSZ, fail_the_write, 0);
 }
 
 void give_terminal_back() {

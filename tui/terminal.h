@@ -31,7 +31,7 @@ void begin_screen();
 ///
 /// From now on the terminal gets its attributes back, whatever ends the program. SIGINT, SIGTERM,
 /// SIGHUP, SIGQUIT and SIGPIPE take their normal course after that. SIGTSTP stops the program.
-/// SIGCONT makes it take the terminal again and redraw. A signal that was ignored at the start
+/// SIGCONT makes it take the terminal again and redraw. SIGXFSZ does nothing. A signal that was ignored at the start
 /// stays ignored. Without a terminal on standard input there are no modes to switch.
 void take_terminal();
 
