@@ -1,13 +1,20 @@
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <ctime>
 #include <regex>
 
 #include "tests/failing_calls.h"
 #include "tests/operator.h"
 #include "tests/tables.h"
 #include "tui/diag.h"
+#include "tui/editors.h"
+#include "tui/terminal.h"
 
 namespace {
 
@@ -233,6 +240,46 @@ TEST(Diagnostics, HarmNobody) {
   bDebugLog = 0;
   EXPECT_EQ(operations, 3);  // opened, written, closed
   EXPECT_EQ(folder.read("debugs.log"), "lost reader");
+}
+
+/// Runs `work` in a process of its own at a terminal where `keys` are typed, and returns the status
+/// with which the process ends by itself within 5 s.
+int status_at_terminal(std::string_view keys, int (*work)()) {
+  int terminal = -1;
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child == 0) _exit(work());
+  EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  char shown[4096];
+  for (pollfd output{terminal, POLLIN, 0}; poll(&output, 1, 5000) > 0;) {
+    if (read(terminal, shown, sizeof shown) <= 0) break;  // the process has ended
+  }
+  kill(child, SIGKILL);
+  int status = -1;
+  waitpid(child, &status, 0);
+  close(terminal);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// A signal just before a read would wait for the next key if nothing sent it again.
+TEST(Terminal, NoticesASignalThatTheReadDoesNotSee) {
+  const auto read_woken = [] {
+    take_terminal();
+    single_key_mode();
+    timespec begin{};
+    timespec end{};
+    clock_gettime(CLOCK_MONOTONIC, &begin);
+    Key key = Key::other;
+    with_fault(1, -SIGWINCH, [&] { key = read_key(); });  // sent when `read` has been called
+    clock_gettime(CLOCK_MONOTONIC, &end);
+    const bool soon = end.tv_sec - begin.tv_sec <= 1;
+    return key == Key::redraw && soon ? 7 : 1;
+  };
+  EXPECT_EQ(status_at_terminal("", read_woken), 7);
+}
+
+TEST(Numbers, AreCutTo16BitsOnlyIfTheyFit32) {
+  const auto ask = [] { return static_cast<int>(get_int(0, 15, nullptr, "refused")); };
+  EXPECT_EQ(status_at_terminal("-65535 4294967298 65539\n", ask), 3);
 }
 
 }  // namespace

@@ -66,9 +66,11 @@ bool terminal_alive() {
 /// but has nothing to read means that the operator typed the end-of-file character. That reads as
 /// one line feed.
 std::size_t read_input(char* bytes, std::size_t size) {
+  const struct Reading {
+    Reading() { reading = 1; }
+    ~Reading() { reading = 0; }
+  } noted;
   for (;;) {
-    // A signal that arrives just here is noticed with the next key. Waiting for both would take one
-    // more system call for every key.
     if (woken != 0) return 0;
     const ssize_t got = read(STDIN_FILENO, bytes, size);
     if (got > 0) return static_cast<std::size_t>(got);

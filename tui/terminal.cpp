@@ -27,6 +27,9 @@ namespace {
 volatile std::sig_atomic_t held = 0;     // the terminal is in one of our modes, in our colours
 volatile std::sig_atomic_t resumed = 0;  // the mode may have been changed while we were stopped
 
+timer_t alarm_timer;     // sends SIGALRM once, after `wake_by_signal` has set it
+bool has_timer = false;  // does not change once there are handlers
+
 Mode wanted = Mode::as_found;  // asked for by the menu or the editor that runs next
 
 // A screen is 2 to 3 KiB. Only arrow moves exceed this limit, and no redraw needs them.
@@ -63,6 +66,19 @@ void set_handler(int signal, void (*handler)(int), int flags, struct sigaction* 
   sigaction(signal, &action, before);
 }
 
+/// For SIGCONT and SIGWINCH. Sends SIGALRM to this handler as long as a read may not have seen
+/// them. All functions here are async-signal-safe (POSIX.1-2017, 2.4.3).
+void wake_by_signal(int signal) {
+  if (signal == SIGCONT) resumed = 1;
+  if (signal != SIGALRM) woken = 1;
+  if (!has_timer || woken == 0 || reading == 0) return;
+  const int saved_errno = errno;
+  constexpr itimerspec once_in_40_ms = {{0, 0}, {0, 40000000}};
+  set_handler(SIGALRM, wake_by_signal, 0);
+  timer_settime(alarm_timer, 0, &once_in_40_ms, nullptr);
+  errno = saved_errno;
+}
+
 /// For SIGTSTP. Stops by the default action, and goes on after SIGCONT.
 void stop_by_signal(int signal) {
   const int saved_errno = errno;
@@ -78,14 +94,8 @@ void stop_by_signal(int signal) {
   set_handler(signal, stop_by_signal, 0);
   // POSIX discards the stop where nobody could continue us, as for the first process of a session.
   // The terminal has to be taken again in that case too.
-  resumed = 1;
-  woken = 1;
+  wake_by_signal(SIGCONT);
   errno = saved_errno;
-}
-
-void wake_by_signal(int signal) {
-  if (signal == SIGCONT) resumed = 1;
-  woken = 1;
 }
 
 /// For SIGXFSZ: a write past the size limit of a file fails, and does not end us. Ignoring the
@@ -111,6 +121,7 @@ void ask_size() {
 
 Terminal terminal;
 volatile std::sig_atomic_t woken = 0;
+volatile std::sig_atomic_t reading = 0;
 
 // --- Output -------------------------------------------------------------------------------------
 
@@ -211,6 +222,10 @@ void take_terminal() {
   terminal.present = tcgetattr(STDIN_FILENO, &terminal.found) == 0;
   terminal.applied = Mode::as_found;
   held = 1;
+  sigevent alarm = {};
+  alarm.sigev_notify = SIGEV_SIGNAL;
+  alarm.sigev_signo = SIGALRM;
+  has_timer = timer_create(CLOCK_MONOTONIC, &alarm, &alarm_timer) == 0;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
     handle(signal, end_by_signal, static_cast<int>(SA_RESETHAND));
   }

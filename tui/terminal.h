@@ -31,19 +31,20 @@ void begin_screen();
 ///
 /// From now on the terminal gets its attributes back, whatever ends the program. SIGINT, SIGTERM,
 /// SIGHUP, SIGQUIT and SIGPIPE take their normal course after that. SIGTSTP stops the program.
-/// SIGCONT makes it take the terminal again and redraw. SIGXFSZ does nothing. A signal that was ignored at the start
-/// stays ignored. Without a terminal on standard input there are no modes to switch.
+/// SIGCONT makes it take the terminal again and redraw. SIGXFSZ does nothing. A signal that was
+/// ignored at the start stays ignored. Without a terminal on standard input there are no modes to
+/// switch.
 void take_terminal();
 
 /// Resets the colours, shows the cursor, sends the buffer and restores the attributes.
 void give_terminal_back();
 
 /// Gives the terminal back when the run ends in the middle of something, by a signal or without
-/// memory. Resets the colours, shows the cursor, moves below the screen, restores the attributes and
-/// throws typed keys away: the shell must not read them. In the background, another program uses
-/// the terminal, so its attributes and its keys stay. Never allocates and never sends the buffer.
-/// Async-signal-safe (POSIX.1-2017, 2.4.3). Waits at most 200 ms for a terminal that takes no
-/// output. Does nothing when the terminal is given back already.
+/// memory. Resets the colours, shows the cursor, moves below the screen, restores the attributes
+/// and throws typed keys away: the shell must not read them. In the background, another program
+/// uses the terminal, so its attributes and its keys stay. Never allocates and never sends the
+/// buffer. Async-signal-safe (POSIX.1-2017, 2.4.3). Waits at most 200 ms for a terminal that takes
+/// no output. Does nothing when the terminal is given back already.
 void restore_terminal();
 
 /// Ask for a mode. `LineMode` does so for an editor.

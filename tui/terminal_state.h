@@ -20,6 +20,11 @@ extern Terminal terminal;
 /// The signal handlers set this when the screen has to be drawn again.
 extern volatile std::sig_atomic_t woken;
 
+/// Is not 0 from the test of `woken` to the end of the read after it. A signal that sets `woken`
+/// meanwhile arrives again within 50 ms, until the read has ended. So it interrupts a read that
+/// began after it.
+extern volatile std::sig_atomic_t reading;
+
 /// Switches the terminal now. Waits until all output is sent, and never throws typed keys away.
 void apply(Mode mode);
 
