@@ -1,5 +1,6 @@
 #include "app/run.h"
 
+#include <string>
 #include <string_view>
 
 #include "config/store.h"
@@ -21,15 +22,16 @@ int fail(const char* message, int status) {
 
 /// Asks whether to save, and saves. The files are written here and nowhere else.
 void ask_and_save() {
-  const char* hint = yesnostr(LangText[text::yes], LangText[text::no]);
-  print("\n\r%s %s : ", LangText[text::save_question], hint);
-  if (test_key() != upper_case(first_letter(LangText[text::yes]))) {
+  const std::string yes = shown_text(text::yes);
+  const char* hint = yesnostr(yes.c_str(), shown_text(text::no).c_str());
+  print("\n\r%s %s : ", shown_text(text::save_question).c_str(), hint);
+  if (test_key() != upper_case(first_letter(yes))) {
     DataChanged = 0;
     return;
   }
   copy_record(INI, INI1);
   const int error = SaveINI();
-  print("\n\r%s", LangText[error == 0 ? text::saved : text::save_failed]);
+  print("\n\r%s", shown_text(error == 0 ? text::saved : text::save_failed).c_str());
   print("\n\r");
   sleepp(1000);
 }

@@ -29,11 +29,11 @@ bool about_redundancy(unsigned type) {
 
 /// Empty for a type whose text would be outside the table.
 std::string type_name(unsigned type) {
-  if (type == 0) return LangText[text::unused];
-  if (type == type_redundancy_lost) return LangText[text::redundancy_lost];
-  if (type == type_redundancy_restored) return LangText[text::redundancy_restored];
+  if (type == 0) return shown_text(text::unused);
+  if (type == type_redundancy_lost) return shown_text(text::redundancy_lost);
+  if (type == type_redundancy_restored) return shown_text(text::redundancy_restored);
   const unsigned number = text::condition_base + type;
-  return number < text_count ? LangText[number] : "";
+  return number < text_count ? shown_text(number) : "";
 }
 
 // --- The choice of a type: two pages ------------------------------------------------------------
@@ -121,10 +121,11 @@ std::string source_text(const Subject& s) {
   constexpr unsigned last_type_with_text = 21;
   const int source = source_of(s);
   if (type_of(s) > last_type_with_text || source > source_all) return format("%d", source);
-  if (source == source_all) return LangText[text::source_all];
-  if (source == source_any) return LangText[text::source_any];
-  if (source < count_base) return format("%s [%d]", LangText[text::source_member], source);
-  return format("%s [%d]", LangText[text::source_count], source - count_base);
+  if (source == source_all) return shown_text(text::source_all);
+  if (source == source_any) return shown_text(text::source_any);
+  if (source < count_base)
+    return format("%s [%d]", shown_text(text::source_member).c_str(), source);
+  return format("%s [%d]", shown_text(text::source_count).c_str(), source - count_base);
 }
 
 /// The conditions after the deleted one move up, each with its source. The last place loses only

@@ -26,9 +26,9 @@ Subject event_on(const Subject& page, int item) {
 void print_event_line(const Subject& page, int item) {
   constexpr int line_columns = 50;
   const Subject s = event_on(page, item);
-  std::string line = LangText[text::unused];
+  std::string line = shown_text(text::unused);
   if (exists(s)) {
-    line = LangText[text::group_event];
+    line = shown_text(text::group_event);
     line.append(" - ").append(event_of(s).job.Message.view());
     dopln(line, line_columns, " ");
   }

@@ -39,7 +39,7 @@ constexpr Screen ups_screen{
 void print_member(const Subject& s, int item) {
   const int number = INI1.group[s.group].UPS[item - 1];
   if (number == 0)
-    print_value(LangText[text::unused]);
+    print_value(shown_text(text::unused));
   else if (number <= ups_count)
     print_value(INI1.ups[number - 1].Name.view());
 }

@@ -14,8 +14,8 @@ constexpr int start_row = 2;
 int transfer_events(text::Id title, int group,
                     int (*transfer)(const char* path, GroupEvent (&events)[event_count])) {
   char path[260] = "";
-  print_frame(start_row, LangText[title]);
-  print("\n\r%s :", LangText[title]);
+  print_frame(start_row, shown_text(title));
+  print("\n\r%s :", shown_text(title).c_str());
   print_escapeseq(escape::show_cursor);
   ask_line(path, sizeof path, "");
   if (path[0] == '\0') return 0;

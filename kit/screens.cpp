@@ -105,9 +105,9 @@ std::string lead(const Row& row, int digits) {
 }
 
 std::string flag_word(bool is_on, FlagWords words) {
-  if (words == FlagWords::on_off) return LangText[is_on ? text::flag_on : text::flag_off];
-  const std::string_view word = LangText[is_on ? text::yes : text::no];
-  return std::string(words == FlagWords::yes_no_letter ? first_character(word) : word);
+  if (words == FlagWords::on_off) return shown_text(is_on ? text::flag_on : text::flag_off);
+  const std::string word = shown_text(is_on ? text::yes : text::no);
+  return words == FlagWords::yes_no_letter ? std::string(first_character(word)) : word;
 }
 
 // --- Drawing ------------------------------------------------------------------------------------
@@ -138,7 +138,7 @@ void print_row(const Row& row, const void* entry, const Subject& subject, int di
   const bool is_bright = bright(row, subject);
   const bool has_value = row.act != Act::open && row.act != Act::back && row.act != Act::remark;
   const std::string label =
-      lead(row, digits) + LangText[label_of(row, subject)] + (has_value && row.colon ? ":" : "");
+      lead(row, digits) + shown_text(label_of(row, subject)) + (has_value && row.colon ? ":" : "");
   begin_line();
   if (!is_bright) {
     print_escapeseq(escape::dim);
@@ -215,7 +215,7 @@ void print_screen(const Screen& screen, const Subject& subject, int selected) {
     screen.frame(subject);
   else
     print_frame(screen.start_row,
-                LangText[screen.title_of == nullptr ? screen.title : screen.title_of(subject)]);
+                shown_text(screen.title_of == nullptr ? screen.title : screen.title_of(subject)));
   const int digits = most_digits(screen, subject);
   print_list(screen, subject, digits);
   const void* entry = entry_of(screen, subject);

@@ -14,7 +14,7 @@ namespace {
 
 /// The screen of an editor, up to the present value.
 void print_current(text::Id label, std::string_view current) {
-  menu_insert_value(LangText[label]);
+  menu_insert_value(shown_text(label).c_str());
   put(printable(current));
   print_escapeseq(escape::normal);
 }
@@ -38,10 +38,11 @@ unsigned edit_number(text::Id label, unsigned current, unsigned low, unsigned hi
   unsigned number;
   {
     const LineMode lines;
-    print("\n\r%s [%u-%u]%s", LangText[text::new_value], low, high, prompt_end);
+    print("\n\r%s [%u-%u]%s", shown_text(text::new_value).c_str(), low, high, prompt_end);
     print_escapeseq(escape::value);
-    number = get_int1(static_cast<std::uint16_t>(low), static_cast<std::uint16_t>(high),
-                      static_cast<std::uint16_t>(current), 0, LangText[text::out_of_range]);
+    number =
+        get_int1(static_cast<std::uint16_t>(low), static_cast<std::uint16_t>(high),
+                 static_cast<std::uint16_t>(current), 0, shown_text(text::out_of_range).c_str());
   }
   end_entry();
   return number;
@@ -54,16 +55,16 @@ void ask_name(text::Id label, std::string_view current, text::Id deletion_hint, 
   for (const text::Id hint : {text::keep_name_hint, deletion_hint}) {
     begin_line();
     print_cut("  ");
-    print_cut(LangText[hint]);
+    print_cut(shown_text(hint));
   }
   put("\n\r");
   print_escapeseq(escape::show_cursor);
-  ask_line(bytes, size, LangText[text::new_value]);
+  ask_line(bytes, size, shown_text(text::new_value).c_str());
 }
 
 void ask_text(text::Id label, std::string_view current, char* bytes, std::size_t size) {
   begin_entry(label, current);
-  ask_line(bytes, size, LangText[text::new_value]);
+  ask_line(bytes, size, shown_text(text::new_value).c_str());
 }
 
 void ask_line(char* bytes, std::size_t size, const char* prompt) {
@@ -79,4 +80,4 @@ void end_entry() {
   print_escapeseq(escape::normal);
 }
 
-void show_refusal(text::Id message) { print_refusal(LangText[message]); }
+void show_refusal(text::Id message) { print_refusal(shown_text(message).c_str()); }

@@ -145,6 +145,8 @@ int LoadText(int program, signed char language) {
   return 0;
 }
 
+std::string shown_text(int number) { return printable(LangText[number]); }
+
 void FreeText() {
   for (char* text : LangText) std::free(text);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 /// The numbered texts of the menus, and the loader of the files that hold them. `lang/text_ids.h`
 /// names the numbers.
@@ -11,6 +12,10 @@ constexpr std::size_t text_size = 101;  // with the terminator
 /// The texts. Every entry points to its own `text_size` bytes from `AllocText` until `FreeText`.
 /// Loading a language rewrites these bytes in place, so pointers to a text stay valid.
 extern char* LangText[text_count];
+
+/// Returns text `number` as it is shown, without what `printable` removes. Whoever shows a text
+/// takes it from here: the table holds the bytes of the file, which a terminal might obey.
+std::string shown_text(int number);
 
 /// The version of the file that was loaded last, or empty. The file says it before its section.
 extern char LangFileVersion[32];

@@ -78,12 +78,12 @@ void load_language_names(LanguageNames& names) {
 void print_languages(const LanguageNames& names, int selected) {
   const int count = listed_languages(names);
   const Layout layout = layout_of(count, selected);
-  print_frame(layout.start_row, LangText[text::languages_title]);
+  print_frame(layout.start_row, shown_text(text::languages_title));
   for (int i = layout.first; i < layout.first + layout.shown; ++i) {
     print_item(printable(names[static_cast<std::size_t>(i)]));
   }
   print_line(0);
-  print_item(LangText[text::back]);
+  print_item(shown_text(text::back));
   print_frame_end(layout.start_row, layout.base() + layout.shown + 2);
   print_arrow(line_of(layout, count, selected), arrow_column, layout.base());
 }
@@ -120,8 +120,8 @@ void choice_language() {
   }
   const std::string prompt = format("\n\r [1-%d] : ", count);
   const LineMode lines;
-  const auto choice =
-      get_int(1, static_cast<std::uint16_t>(count), prompt.c_str(), LangText[text::out_of_range]);
+  const auto choice = get_int(1, static_cast<std::uint16_t>(count), prompt.c_str(),
+                              shown_text(text::out_of_range).c_str());
   INI.system.Language = static_cast<std::uint8_t>(choice - 1);
   // The working copy still has the language of the file. The start-up loads again, from `INI`.
   if (LoadText(harrier, static_cast<signed char>(INI1.system.Language)) != 0) {

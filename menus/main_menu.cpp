@@ -22,10 +22,10 @@ void print_main_frame(const Subject&) {
   print_escapeseq(escape::clear_screen);
   cursor_gotopos(4, 0, 0);
   print_line(1);
-  print_center(LangText[text::product_title]);
+  print_center(shown_text(text::product_title));
   print_center(format("Harrier %s", version));
   print_line(3);
-  print_center(LangText[text::product_title]);
+  print_center(shown_text(text::product_title));
   print_line(1);
 }
 

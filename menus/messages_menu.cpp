@@ -29,7 +29,7 @@ constexpr char deletion_mark = '*';
 
 /// Prints a label and a value after it, filled up to `width` columns.
 void print_labelled(text::Id label, std::string_view value, int width, bool goes_on) {
-  print_cut(std::string(LangText[label]) + ":  ", true);
+  print_cut(shown_text(label) + ":  ", true);
   std::string shown = printable(value);
   print_value(dopln(shown, width, " "), goes_on);
 }
@@ -37,7 +37,7 @@ void print_labelled(text::Id label, std::string_view value, int width, bool goes
 void print_recipient(const Subject&, int item) {
   const SMS& recipient = INI1.sms[item - 1];
   if (recipient.Name.empty()) {
-    print_cut(LangText[text::unused]);
+    print_cut(shown_text(text::unused));
     return;
   }
   constexpr int name_columns = 20;

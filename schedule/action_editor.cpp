@@ -32,8 +32,8 @@ void print_headings(const Subject& s) {
   cursor_gotopos(start_row, 0, 0);
   print_line(1);
   print_line(3);
-  print_center(LangText[s.edit->heading]);
-  print_center(LangText[text::action_first + s.edit->action]);
+  print_center(shown_text(s.edit->heading));
+  print_center(shown_text(text::action_first + s.edit->action));
   print_line(3);
   print_line(1);
 }

@@ -90,7 +90,7 @@ void print_job_line(const Subject& s, int item) {
   constexpr int name_columns = 40;
   constexpr int other_columns = 5 + 2 + action_count;  // a gap, the brackets, the letters
   const int event = s.first + item - 1;
-  std::string name = LangText[events[event].name];
+  std::string name = shown_text(events[event].name);
   print_before(other_columns, dopln(name, name_columns, " "));
   put("     [");
   for (const JobAction& action : job_actions) {

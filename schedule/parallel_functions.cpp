@@ -11,7 +11,7 @@ bool groups_enabled(const Subject&) { return INI1.system.EnabledGroups != 0; }
 // --- The groups ---------------------------------------------------------------------------------
 
 /// Every group looks unused here, whatever its name. Operators know them by their numbers.
-void print_group_line(const Subject&, int) { print_value(LangText[text::unused]); }
+void print_group_line(const Subject&, int) { print_value(shown_text(text::unused)); }
 
 void open_group(const Subject&, int item) { group_param(item - 1); }
 

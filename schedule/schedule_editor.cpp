@@ -39,7 +39,7 @@ constexpr Screen ups_chooser{
     .list = {.count = ups_count, .line = print_ups_choice, .enter = choose_ups, .leaves = true}};
 
 void print_action_choice(const Subject&, int item) {
-  print_cut(LangText[offered_actions[item - 1]]);
+  print_cut(shown_text(offered_actions[item - 1]));
 }
 
 void choose_action(const Subject& s, int item) {
@@ -54,7 +54,7 @@ constexpr Screen action_chooser{.start_row = 2,
                                          .leaves = true}};
 
 void print_weekday_choice(const Subject&, int item) {
-  print_cut(LangText[text::weekday_first + item - 1]);
+  print_cut(shown_text(text::weekday_first + item - 1));
 }
 
 void choose_weekday(const Subject& s, int item) {
@@ -73,12 +73,12 @@ void ask_weekday(const Subject& s) { run_screen(weekday_chooser, s); }
 /// Asks below the screen of the time.
 void ask_day_of_month(const Subject& s) {
   ScheduleEntry& entry = entry_of(s);
-  print("\n\r%s [1-31] : ", LangText[text::choose_day]);
+  print("\n\r%s [1-31] : ", shown_text(text::choose_day).c_str());
   print_escapeseq(escape::show_cursor);
   {
     const LineMode lines;
-    entry.day =
-        static_cast<std::uint8_t>(get_int1(1, 31, entry.day, 0, LangText[text::out_of_range]));
+    entry.day = static_cast<std::uint8_t>(
+        get_int1(1, 31, entry.day, 0, shown_text(text::out_of_range).c_str()));
   }
   end_entry();
 }
@@ -103,9 +103,10 @@ std::int32_t ask_time(const Question& question) {
   for (;;) {
     constexpr int longest_time = 120;
     char typed[longest_time + 2] = "";
-    print_frame(2, format("%s [%s]", LangText[text::enter_time], LangText[question.hint]));
+    print_frame(2, format("%s [%s]", shown_text(text::enter_time).c_str(),
+                          shown_text(question.hint).c_str()));
     print_escapeseq(escape::show_cursor);
-    ask_line(typed, sizeof typed, LangText[text::new_value]);
+    ask_line(typed, sizeof typed, shown_text(text::new_value).c_str());
     if (typed[0] == '\0') return 0;
     const std::int32_t time = question.parse(typed);
     if (time != 0) return time;
@@ -113,7 +114,7 @@ std::int32_t ask_time(const Question& question) {
   }
 }
 
-void print_repetition(const Subject&, int item) { print_cut(LangText[questions[item - 1].name]); }
+void print_repetition(const Subject&, int item) { print_cut(shown_text(questions[item - 1].name)); }
 
 void choose_repetition(const Subject& s, int item) {
   const Question& question = questions[item - 1];

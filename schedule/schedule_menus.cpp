@@ -74,7 +74,7 @@ void print_schedule_line(const Subject&, int item) {
   constexpr int column = 25;
   const ScheduleEntry& entry = INI1.schedule[item - 1];
   if (entry.action == 0) {
-    print_value(LangText[text::unused]);
+    print_value(shown_text(text::unused));
     return;
   }
   std::string action = schedule_ups(entry);
@@ -105,11 +105,11 @@ void print_sched_param(int selected) { print_screen(schedule_list_screen, {}, se
 void shed_param() { run_screen(schedule_list_screen); }
 
 int print_next_actions(std::int64_t* start, const std::int64_t* end, int selected) {
-  print_frame(compact, LangText[text::upcoming_title]);
+  print_frame(compact, shown_text(text::upcoming_title));
   const int lines = next_actions(*start, *end, INI1, print_upcoming_line);
   for (const text::Id label : {text::show_more, text::back}) {
     print_line(0);
-    print_item(LangText[label]);
+    print_item(shown_text(label));
   }
   print_frame_end(compact, upcoming_row(lines, leave_item));
   put_at(upcoming_row(lines, selected), "-->");

@@ -22,9 +22,9 @@ bool known_action(const ScheduleEntry& entry) {
 }
 
 /// A day from a file may be any byte. A text with that number always exists.
-const char* weekday(const ScheduleEntry& entry) {
+std::string weekday(const ScheduleEntry& entry) {
   static_assert(text::weekday_first + UINT8_MAX < text_count);
-  return LangText[text::weekday_first + entry.day];
+  return shown_text(text::weekday_first + entry.day);
 }
 
 std::string date(const std::tm& at) {
@@ -38,13 +38,13 @@ std::string schedule_ups(const ScheduleEntry& entry) {
 }
 
 std::string schedule_keyword(const ScheduleEntry& entry) {
-  return known_action(entry) ? keywords[entry.action - 1] : LangText[text::schedule_not_set];
+  return known_action(entry) ? keywords[entry.action - 1] : shown_text(text::schedule_not_set);
 }
 
 std::string schedule_action(const ScheduleEntry& entry) {
-  if (!known_action(entry)) return LangText[text::schedule_not_set];
-  return LangText[entry.action == os_shutdown ? text::action_shutdown
-                                              : offered_actions[entry.action - 1]];
+  if (!known_action(entry)) return shown_text(text::schedule_not_set);
+  return shown_text(entry.action == os_shutdown ? text::action_shutdown
+                                                : offered_actions[entry.action - 1]);
 }
 
 std::string schedule_short_time(const ScheduleEntry& entry) {
@@ -62,7 +62,7 @@ std::string schedule_short_time(const ScheduleEntry& entry) {
     case Repetition::monthly:
       return format("[M - %d - %02d:%02d]", entry.day, hour, minute);
     default:
-      return LangText[text::schedule_not_set];
+      return shown_text(text::schedule_not_set);
   }
 }
 
@@ -72,14 +72,17 @@ std::string schedule_time(const ScheduleEntry& entry) {
   const int minute = at.tm_min;
   switch (Repetition{entry.type}) {
     case Repetition::once:
-      return format("%s - %s - %02d:%02d", LangText[text::once], date(at).c_str(), hour, minute);
+      return format("%s - %s - %02d:%02d", shown_text(text::once).c_str(), date(at).c_str(), hour,
+                    minute);
     case Repetition::daily:
-      return format("%s - %02d:%02d", LangText[text::daily], hour, minute);
+      return format("%s - %02d:%02d", shown_text(text::daily).c_str(), hour, minute);
     case Repetition::weekly:
-      return format("%s - %s - %02d:%02d", LangText[text::weekly], weekday(entry), hour, minute);
+      return format("%s - %s - %02d:%02d", shown_text(text::weekly).c_str(), weekday(entry).c_str(),
+                    hour, minute);
     case Repetition::monthly:
-      return format("%s - %d - %02d:%02d", LangText[text::monthly], entry.day, hour, minute);
+      return format("%s - %d - %02d:%02d", shown_text(text::monthly).c_str(), entry.day, hour,
+                    minute);
     default:
-      return LangText[text::schedule_not_set];
+      return shown_text(text::schedule_not_set);
   }
 }

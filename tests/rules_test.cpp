@@ -23,6 +23,7 @@ TEST(TypeCode, TellsTheProductLineAndTheSpeed) {
 
 TEST(JobDefaults, FollowTheEvent) {
   ASSERT_EQ(AllocText(), 0);
+  for (char* text : LangText) text[0] = '\x1b';  // stored as the language file holds it
   for (const Line& line : read_table("job_defaults.txt")) {
     Job job;
     std::memset(&job, 0xEE, sizeof job);
@@ -30,7 +31,7 @@ TEST(JobDefaults, FollowTheEvent) {
     Job expected = {};
     expected.Log = expected.LocalMessage = 1;
     expected.LocalMessageInterval = static_cast<std::uint16_t>(std::stoi(line[2]));
-    expected.Message.assign(line[3]);
+    expected.Message.assign("\x1b" + line[3].substr(1));
     EXPECT_EQ(std::memcmp(&job, &expected, sizeof job), 0) << line[0] << job.Message.view();
   }
   FreeText();

@@ -98,10 +98,10 @@ std::string printable(std::string_view text) {
   std::string clean;
   while (!text.empty()) {
     const Character character = decode(text);
-    const bool control = character.letter < 0x20 || within(character.letter, 0x7F, 0x9F);
-    if (!control || (character.bytes == 1 && character.letter >= 0x80)) {
-      clean += text.substr(0, character.bytes);
-    }
+    const char32_t letter = character.letter;
+    const bool control = letter < 0x20 || within(letter, 0x7F, 0x9F);
+    const bool turns_the_line = within(letter, 0x202A, 0x202E) || within(letter, 0x2066, 0x2069);
+    if (!control && !turns_the_line) clean += text.substr(0, character.bytes);
     text.remove_prefix(character.bytes);
   }
   return clean;

@@ -18,8 +18,10 @@ std::string_view first_characters(std::string_view text, int count);
 /// Annex 11: W and F), none for combining marks, one for any other character.
 int columns(std::string_view text);
 
-/// Returns `text` without control characters (C0, DEL and C1 of ECMA-48). A value from a file may
-/// contain some, and they would disturb the screen.
+/// Returns `text` without control characters (C0, DEL and C1 of ECMA-48, the latter also as single
+/// bytes), and without the characters that turn the direction of a line (U+202A to U+202E and
+/// U+2066 to U+2069). What comes from a file may contain some, and they would disturb the screen.
+/// Other bytes that are no UTF-8 stay, for terminals with eight-bit letters.
 std::string printable(std::string_view text);
 
 /// Returns the longest beginning of `text` that takes at most `width` columns.

@@ -34,7 +34,7 @@ bool has_password(const Subject& s) { return on_tcp_ip(s) && ups_of(s).Password 
 std::string link_name(const Subject& s) {
   switch (ups_of(s).Connection) {
     case serial_link:
-      return LangText[text::serial_line];
+      return shown_text(text::serial_line);
     case snmp_link:
       return "SNMP";
     case tcp_ip_link:
@@ -42,7 +42,7 @@ std::string link_name(const Subject& s) {
     case rfc1628_link:
       return "SNMP - RFC1628";
     default:
-      return LangText[text::unknown_connection];
+      return shown_text(text::unknown_connection);
   }
 }
 

@@ -22,8 +22,8 @@ std::string link(int slot, LinkValues rfc1628) {
   const UPS& ups = INI1.ups[slot];
   switch (ups.Connection) {
     case serial_link:
-      return format("%s - %s - %02u", LangText[text::serial_line], shown(ups.Port).c_str(),
-                    ups.Address);
+      return format("%s - %s - %02u", shown_text(text::serial_line).c_str(),
+                    shown(ups.Port).c_str(), ups.Address);
     case snmp_link:
       return format("SNMP - %s - %u", shown(ups.IPAddress).c_str(), ups.Device);
     case tcp_ip_link:
@@ -33,13 +33,13 @@ std::string link(int slot, LinkValues rfc1628) {
       return format("SNMP(1628) - %s - %u", shown(source.Port).c_str(), source.Device);
     }
     default:
-      return LangText[text::unknown_connection];
+      return shown_text(text::unknown_connection);
   }
 }
 
 /// What a list shows after the number of a slot.
 std::string described(int slot, LinkValues rfc1628) {
-  if (!ups_in_use(slot)) return LangText[text::unused];
+  if (!ups_in_use(slot)) return shown_text(text::unused);
   std::string name = shown(INI1.ups[slot].Name);
   std::string model = ups_model(slot);
   return dopln(name, name_columns, " ") + " " + dopln(model, model_columns, " ") + " " +
@@ -52,6 +52,6 @@ void print_ups_line(int slot, LinkValues rfc1628) { print_value(described(slot, 
 
 std::string ups_model(int slot) {
   const std::string code(INI1.ups[slot].Type.view());
-  return FindUpsModelTxt(code.c_str()) == nullptr ? LangText[text::unknown_model]
+  return FindUpsModelTxt(code.c_str()) == nullptr ? shown_text(text::unknown_model)
                                                   : printable(FindModel.text);
 }

@@ -38,7 +38,7 @@ int edit_name(const Subject& s, int item) {
 }
 
 std::string shown_name(const Subject& s) {
-  return ups_in_use(s.ups) ? std::string(ups_of(s).Name.view()) : LangText[text::unused];
+  return ups_in_use(s.ups) ? std::string(ups_of(s).Name.view()) : shown_text(text::unused);
 }
 
 // --- Type code ----------------------------------------------------------------------------------
