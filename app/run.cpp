@@ -32,6 +32,7 @@ void ask_and_save() {
   copy_record(INI, INI1);
   const int error = SaveINI();
   print("\n\r%s", shown_text(error == 0 ? text::saved : text::save_failed).c_str());
+  for (const std::string& change : foreign_changes()) print("\n\r%s", change.c_str());
   print("\n\r");
   sleepp(1000);
 }

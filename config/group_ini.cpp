@@ -1,22 +1,30 @@
 #include "config/group_ini.h"
 
-#include <unistd.h>
+#include <algorithm>
+#include <iterator>
+#include <string>
 
-#include <cerrno>
-
+#include "config/destination.h"
 #include "config/ini_reader.h"
 #include "config/ini_writer.h"
-#include "config/replace_file.h"
+#include "config/known_files.h"
 #include "tui/diag.h"
 
 namespace {
 
-std::string group_path(int number) {
-  char name[] = "group_xx.ini";
+std::string group_name(int number) {
+  std::string name = "group_xx.ini";
   name[6] = static_cast<char>('0' + number / 10);
   name[7] = static_cast<char>('0' + number % 10);
-  return program_path(name);
+  return name;
 }
+
+// The order of a save, by rank. Usually all files are swapped at once, and a deletion comes last.
+// After a UPS has been deleted the UPSs after it have other numbers in the new kestrel.ini, and a
+// number can have gone to another UPS, so a group file fits either the old one or the new one.
+// Whenever the power fails, no group may name another UPS than it should: the groups leave out the
+// members whose numbers change until kestrel.ini has been swapped.
+enum Rank { without_moved_members = -2, early_deletion, usual, with_all_members, late_deletion };
 
 /// Section `UPS`: the members of the group, under the first keys.
 void write_members(std::string& out, const Family& family, const Group& group) {
@@ -43,35 +51,86 @@ std::string format_group(const Group& group) {
   return out;
 }
 
-/// Deletes the file of a group that is gone. It is no error when the file may not be deleted. The
-/// folder is flushed first: the group that this file held may have moved to a lower number, and its
-/// new file must reach the disk before the old one goes.
-int delete_file(const std::string& path) {
-  if (access(path.c_str(), F_OK) != 0) return 0;
-  const int error = sync_folder(path);
-  if (error != 0 || unlink(path.c_str()) == 0) return error;
-  const bool kept = errno == EACCES || errno == EPERM || errno == EROFS || errno == EBUSY;
-  return kept || errno == ENOENT || errno == EISDIR ? 0 : errno;
+/// The UPSs as they were loaded. The files of the groups refer to their numbers.
+UPS loaded_ups[ups_count];
+
+/// Whether two entries are the same UPS, perhaps renamed. A UPS that takes the place of another has
+/// neither its name nor its type code and serial number.
+bool same_ups(const UPS& a, const UPS& b) {
+  const bool has_codes = !a.Type.empty() || !a.Serial.empty();
+  return a.Name.view() == b.Name.view() ||
+         (has_codes && a.Type.view() == b.Type.view() && a.Serial.view() == b.Serial.view());
+}
+
+/// How many UPSs keep their numbers in kestrel.ini: those before the first slot that is free or
+/// holds another UPS.
+int settled_ups() {
+  int slot = 0;
+  while (slot < ups_count && !INI.ups[slot].Name.empty() && !loaded_ups[slot].Name.empty() &&
+         same_ups(INI.ups[slot], loaded_ups[slot])) {
+    ++slot;
+  }
+  return slot;
+}
+
+/// Whether a number after those means another UPS than before, or none.
+bool numbers_move() {
+  for (int slot = settled_ups(); slot < ups_count; ++slot) {
+    if (!INI.ups[slot].Name.empty() || !loaded_ups[slot].Name.empty()) return true;
+  }
+  return false;
+}
+
+Group without_members_above(const Group& group, int last) {
+  Group part = group;
+  for (std::uint16_t& member : part.UPS) {
+    if (member > last) member = 0;
+  }
+  return part;
+}
+
+/// Writes the group of a slot as file `number`. `anew` is set for the first group after a gap.
+int put_group(int slot, int number, bool anew) {
+  const Group& group = INI.group[slot];
+  // The group that this file holds has moved to a lower number: its new file goes first.
+  const bool ordered = slot != number && !INI.group[number].Name.empty();
+  const std::string name = group_name(number);
+  const std::string contents = format_group(group);
+  if (!numbers_move()) {
+    return put_file(name.c_str(), contents, {.rank = usual, .ordered = ordered, .anew = anew});
+  }
+  const std::string part = format_group(without_members_above(group, settled_ups()));
+  const int error = put_file(name.c_str(), part,
+                             {.rank = without_moved_members, .ordered = ordered, .anew = anew});
+  if (error != 0 || part == contents) return error;
+  return put_file(name.c_str(), contents, {.rank = with_all_members, .anew = anew});
 }
 
 }  // namespace
 
 int LoadGroupsINI() {
+  for (int slot = 0; slot < ups_count; ++slot) loaded_ups[slot] = INI.ups[slot];
   int result = 0;
   for (g_index = 0; g_index < group_count; ++g_index) {
-    result = EncodeINIFile(group_file, group_path(g_index).c_str());
+    result = EncodeINIFile(group_file, program_path(group_name(g_index)).c_str());
   }
   return result;
 }
 
 int SaveGroupsINI() {
-  int written = 0;
-  for (const Group& group : INI.group) {
-    if (group.Name.empty()) continue;
-    const int error = replace_file(group_path(written++), format_group(group));
+  for (int number = 0; number < group_count; ++number) {
+    const int error = read_error(program_path(group_name(number)));
     if (error != 0) return error;
   }
-  // The deletion of a file that a later group replaces anyway can be left out. What remains are the
-  // groups after the last one in use, and they all delete the same file.
-  return INI.group[group_count - 1].Name.empty() ? delete_file(group_path(written)) : 0;
+  int written = 0;
+  bool anew = false;  // a group that is not in use deletes the file that the next one gets
+  for (int slot = 0; slot < group_count; ++slot) {
+    const bool used = !INI.group[slot].Name.empty();
+    const int error = used ? put_group(slot, written++, anew) : 0;
+    if (error != 0) return error;
+    anew = !used;
+  }
+  return anew ? delete_file(group_name(written).c_str(),
+                            numbers_move() ? early_deletion : late_deletion)
+              : 0;
 }

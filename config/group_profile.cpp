@@ -10,6 +10,7 @@
 
 #include "config/families.h"
 #include "config/replace_file.h"
+#include "config/service_files.h"
 #include "config/signals_held.h"
 #include "tui/diag.h"
 
@@ -55,15 +56,15 @@ void read_records(int file, GroupEvent (&events)[event_count]) {
   printfc(too_many);
 }
 
-/// Returns the contents of a profile. Where the machine needs it, the events in use are swapped in
-/// place and stay so.
+/// Returns the contents of a profile. The events themselves keep the order of this machine.
 std::string format_profile(GroupEvent (&events)[event_count]) {
   const bool foreign_order = test_big_endian() != 0;
   std::string out;
   for (GroupEvent& event : events) {
     if (event.Type[0] == 0) continue;
-    if (foreign_order) swap_event_data(event);
-    out.append(reinterpret_cast<const char*>(&event), sizeof event);
+    GroupEvent stored = event;
+    if (foreign_order) swap_event_data(stored);
+    out.append(reinterpret_cast<const char*>(&stored), sizeof stored);
   }
   return out;
 }
@@ -86,18 +87,14 @@ int LoadGroupProfile(const char* path, GroupEvent (&events)[event_count]) {
 
 int SaveGroupProfile(const char* path, GroupEvent (&events)[event_count]) {
   const SignalsHeld held;
-  // Opening without truncating shows whether the file can be created, and harms no old profile.
-  struct stat info;
-  const bool is_new = lstat(path, &info) != 0;
-  const int file = open(path, O_WRONLY | O_CREAT | open_flags, 0666);
-  if (file < 0) return fail_to_open(errno);
-  close(file);
-  if (replace_file(path, format_profile(events)) != 0) {
-    if (is_new) unlink(path);
-    printfc(not_written);
-  }
-  sync_folder(path);
-  return 0;
+  if (is_service_file(path)) return fail_to_open(EPERM);
+  FileUnit unit;
+  int error = unit.stage(path, format_profile(events), {});
+  if (error != 0 && !unit.write_failed()) return fail_to_open(error);
+  int owner;
+  if (error == 0) error = unit.swap(owner);
+  if (error != 0) printfc(not_written);
+  return error;
 }
 
 int test_big_endian() {

@@ -19,10 +19,9 @@
 /// room. A folder cannot be opened (EISDIR). Never waits: a pipe is read as far as it is filled.
 int LoadGroupProfile(const char* path, GroupEvent (&events)[event_count]);
 
-/// Writes the events in use to the profile `path`. Returns 0 when the file could be opened for
-/// writing or created, otherwise errno. If writing fails later, the result is still 0: a message
-/// says so, an old profile keeps its contents, and nothing of a new one is left. On a machine that
-/// stores the most significant byte first, the numbers of the events in use stay swapped.
+/// Writes the events in use to the profile `path`. Returns 0 or errno. After an error an old
+/// profile keeps its contents, and nothing of a new one is left, unless nothing but the flush of
+/// the folder failed. A file of the service is refused (EPERM).
 int SaveGroupProfile(const char* path, GroupEvent (&events)[event_count]);
 
 /// Returns 1 on a machine that stores the most significant byte of a number first, otherwise 0.

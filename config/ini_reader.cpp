@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "config/families.h"
+#include "config/known_files.h"
 #include "config/line_reader.h"
 
 std::uint8_t actual_section = 255;
@@ -84,7 +85,11 @@ unsigned number_in(const char* text) {
 
 int EncodeINIFile(int file, const char* path) {
   LineReader reader(path);
-  if (!reader.opened()) return 1;
+  const struct stat info = reader.identify();
+  if (!reader.opened()) {
+    note_read(path, reader.error(), info);
+    return 1;
+  }
 
   char line[line_limit + 2];
   std::size_t length;
@@ -117,7 +122,8 @@ int EncodeINIFile(int file, const char* path) {
     FillVar(file, actual_section, key);
   }
   p_s = "";
-  return 0;
+  note_read(path, reader.error(), info);
+  return reader.error() == 0 ? 0 : 1;
 }
 
 void FillVar(int file, int section, int key) {

@@ -22,7 +22,8 @@ extern std::uint8_t g_index;
 extern const char* p_s;
 
 /// Reads `path` into `INI`; `file` (an `IniFile`) says which file of the service it is. Returns 0,
-/// or 1 when it cannot be opened; then nothing has changed.
+/// or 1 when it cannot be opened, which changes nothing, or not read to its end. What the file was
+/// is noted for the save (`config/known_files.h`).
 int EncodeINIFile(int file, const char* path);
 
 /// Stores the value at `p_s` in `INI`, as key number `key` of section `section` of a file. A text

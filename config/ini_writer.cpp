@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "config/replace_file.h"
-#include "tui/diag.h"
+#include "config/destination.h"
 
 namespace {
 
@@ -92,7 +91,7 @@ void write_family(std::string& out, const Family& family, const void* entries) {
 }
 
 int save_file(int file, const char* name) {
-  const int error = replace_file(program_path(name), format_file(file));
+  const int error = put_file(name, format_file(file));
   if (error == 0) keep_defaults(file);
   return error;
 }

@@ -22,7 +22,7 @@ void write_field(std::string& out, const Field& field, const void* entry);
 /// themselves stay as they are.
 void write_family(std::string& out, const Family& family, const void* entries);
 
-/// Formats `INI` as `file` (an `IniFile`, but not `group_file`) and replaces the file `name` beside
-/// the program. Returns 0 or the errno of what failed. After success the defaults that were written
-/// are in `INI` too.
+/// Formats `INI` as `file` (an `IniFile`, but not `group_file`) and writes it as `put_file` does:
+/// in `SaveINI` it is staged only. Returns 0 or the errno of what failed. After success the
+/// defaults that were written are in `INI` too.
 int save_file(int file, const char* name);

@@ -9,18 +9,30 @@
 
 // With O_NONBLOCK a named pipe without a writer does not stop the start of the program forever.
 LineReader::LineReader(const char* path)
-    : fd_(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {}
+    : fd_(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
+  if (fd_ < 0) error_ = errno;
+}
 
 LineReader::~LineReader() {
   if (fd_ >= 0) close(fd_);
 }
 
+struct stat LineReader::identify() {
+  struct stat info = {};
+  if (fd_ >= 0 && fstat(fd_, &info) != 0) error_ = errno;
+  if (S_ISREG(info.st_mode) && info.st_size > 0) left_ = info.st_size;
+  if (S_ISFIFO(info.st_mode)) error_ = ESPIPE;
+  return info;
+}
+
 bool LineReader::refill() {
-  if (ended_) return false;
+  if (ended_ || left_ == 0) return false;
   ssize_t got;
   do {
     got = read(fd_, buffer_, sizeof buffer_);
   } while (got < 0 && errno == EINTR);
+  if (got < 0) error_ = errno;
+  if (got > 0 && left_ > 0) left_ -= std::min<off_t>(left_, got);
   at_ = 0;
   end_ = got > 0 ? static_cast<std::size_t>(got) : 0;
   ended_ = end_ == 0;

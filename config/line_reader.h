@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstddef>
 
 /// Reads a text file line by line through a fixed buffer, without allocation. A read error counts
@@ -14,6 +16,14 @@ class LineReader {
 
   bool opened() const { return fd_ >= 0; }
 
+  /// 0, or the errno of what kept the file from being opened or read to its end. A pipe has no end
+  /// to read to (ESPIPE).
+  int error() const { return error_; }
+
+  /// What the file is, as fstat says it; all zero when it is not open. Saves the call that would
+  /// look for the end of a regular file once all of its bytes have been read.
+  struct stat identify();
+
   /// Reads the next line into `line`, which must have room for `limit + 1` bytes and is terminated.
   /// A line longer than `limit` characters, line feed included, comes in pieces. A NUL byte in the
   /// file ends the text, and the rest of its piece is lost. `length` becomes the length of the
@@ -24,7 +34,9 @@ class LineReader {
   bool refill();
 
   int fd_;
+  int error_ = 0;
   bool ended_ = false;
+  off_t left_ = -1;       // bytes that are still to come, -1 when nobody knows
   bool has_nul_ = false;  // without a NUL byte no line has to be searched for its end
   std::size_t at_ = 0;
   std::size_t end_ = 0;

@@ -4,32 +4,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
+
+#include "config/attributes.h"
+#include "config/descriptor.h"
+#include "config/known_files.h"
 
 namespace {
 
 /// Neither a terminal nor a pipe in the place of a file keeps the program waiting.
 constexpr int open_flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-/// A file descriptor that is closed at the end of its block.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : fd(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  /// Closes early and returns 0 or errno. Some errors are only reported on closing (NFS does so).
-  int close() {
-    const int error = fd >= 0 && ::close(fd) != 0 && errno != EINTR ? errno : 0;
-    fd = -1;
-    return error;
-  }
-
-  int fd;
-};
+// --- Contents -----------------------------------------------------------------------------------
 
 int write_all(int fd, std::string_view contents) {
   while (!contents.empty()) {
@@ -50,7 +40,7 @@ int flush(int fd) {
   return errno == EINVAL || errno == EROFS ? 0 : errno;  // a device or pipe cannot be flushed
 }
 
-/// Appends everything in the file to `contents`. Returns 0 or errno; the position is at the end.
+/// Appends everything in the file to `contents`. Returns 0 or errno.
 int read_all(int fd, std::string& contents) {
   char part[16384];
   for (;;) {
@@ -64,6 +54,14 @@ int read_all(int fd, std::string& contents) {
   }
 }
 
+/// Writes everything, flushes and closes. Returns 0 or errno.
+int write_out(Descriptor& file, std::string_view contents) {
+  int error = write_all(file.fd, contents);
+  if (error == 0) error = flush(file.fd);
+  const int close_error = file.close();
+  return error != 0 ? error : close_error;
+}
+
 int write_from_start(int fd, std::string_view contents, bool regular) {
   if (regular && lseek(fd, 0, SEEK_SET) != 0) return errno;
   int error = write_all(fd, contents);
@@ -73,101 +71,353 @@ int write_from_start(int fd, std::string_view contents, bool regular) {
   return error == 0 ? flush(fd) : error;
 }
 
-/// Writes over the file `path`, which is open for writing as `old`. Puts its old contents back if
-/// that fails.
-int overwrite(const std::string& path, Descriptor& old, bool regular, std::string_view contents) {
-  // A file that may be written but not read is written too, without a way back.
-  Descriptor source(regular ? open(path.c_str(), O_RDONLY | open_flags) : -1);
-  std::string before;
-  const bool known = source.fd >= 0 && read_all(source.fd, before) == 0;
-
-  int error = write_from_start(old.fd, contents, regular);
-  if (error != 0 && known) write_from_start(old.fd, before, regular);
-  const int close_error = old.close();
-  return error != 0 ? error : close_error;
-}
-
-/// Replaces `path` by the name that its symbolic links lead to. That file need not exist. Returns 0
-/// or errno.
-int follow_links(std::string& path) {
-  char link[PATH_MAX];
-  for (;;) {  // the file could be opened, so the links come to an end
-    const ssize_t length = readlink(path.c_str(), link, sizeof link);
-    if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
-    // A relative link counts from its own folder. Without a slash `rfind` returns -1.
-    path.erase(link[0] == '/' ? 0 : path.rfind('/') + 1);
-    path.append(link, static_cast<std::size_t>(length));
-  }
-}
-
-/// Sets owner and permissions of a fresh file to those of the old file. When `old` is null, the
-/// permissions become those of any new file.
-int take_over(int fd, const struct stat* old) {
-  mode_t mode = 0;
-  if (old == nullptr) {
-    const mode_t mask = umask(0);
-    umask(mask);
-    mode = 0666 & ~mask;
-  } else {
-    // Even when the owner is the same: a folder can give its new files another group.
-    if (fchown(fd, old->st_uid, old->st_gid) != 0) return errno;
-    mode = old->st_mode & 07777;
-  }
-  return fchmod(fd, mode) == 0 ? 0 : errno;
-}
-
-/// Puts a new file in the place of `path`. Returns 0 or errno; after an error nothing has changed.
-int swap(const std::string& path, const struct stat* old, std::string_view contents) {
-  std::string name = path + ".XXXXXX";
-  Descriptor fresh(mkostemp(name.data(), O_CLOEXEC));
-  if (fresh.fd < 0) return errno;
-  int error = take_over(fresh.fd, old);
-  if (error == 0) error = write_all(fresh.fd, contents);
-  if (error == 0) error = flush(fresh.fd);
-  const int close_error = fresh.close();
-  if (error == 0) error = close_error;
-  if (error == 0 && rename(name.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) unlink(name.c_str());
+/// Copies a file with its attributes to a new name. Returns 0 or errno.
+int copy_file(const std::string& path, const std::string& name) {
+  const Descriptor source(open(path.c_str(), O_RDONLY | open_flags));
+  struct stat info = {};
+  std::string contents;
+  if (source.fd < 0 || fstat(source.fd, &info) != 0) return errno;
+  int error = read_all(source.fd, contents);
+  if (error != 0) return error;
+  error = create_file(name, contents);
+  const Descriptor copy(open(name.c_str(), O_RDONLY | open_flags));
+  if (error == 0) take_over_attributes(copy.fd, source.fd, info);  // as far as possible
   return error;
 }
 
-/// Whether swapping failed for a reason that does not keep us from writing in place: the folder is
-/// not ours or read-only, we cannot give a file to its owner, or the file is a mount point.
+// --- Names --------------------------------------------------------------------------------------
+
+std::string folder_of(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+std::string name_of(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+bool same_file(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+/// `path` with the present time at its end, as ".20261121-170501", under which there is no file.
+std::string dated(const std::string& path) {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  localtime_r(&now, &local);
+  char date[32];
+  std::strftime(date, sizeof date, ".%Y%m%d-%H%M%S", &local);
+  std::string name = path + date;
+  for (int more = 2; access(name.c_str(), F_OK) == 0; ++more) {
+    name = path + date + "-" + std::to_string(more);
+  }
+  return name;
+}
+
+// --- Kinds of failures --------------------------------------------------------------------------
+
+/// Whether a file that may be written may yet not be swapped.
 bool cannot_swap(int error) {
-  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
-         error == ENAMETOOLONG;
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == EINVAL ||
+         error == ENOSYS || error == EOPNOTSUPP || error == ENAMETOOLONG;
+}
+
+/// Whether the disk, not a file, is in the way.
+bool no_room(int error) {
+  return error == ENOSPC || error == EDQUOT || error == EIO || error == EFBIG;
+}
+
+/// Whether a file that may not be deleted just stays.
+bool may_stay(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == ENOENT ||
+         error == EISDIR;
 }
 
 }  // namespace
 
-int replace_file(const std::string& path, std::string_view contents) {
-  // Opening for writing fails exactly when the file may not be written, and harms nothing.
-  Descriptor old(open(path.c_str(), O_WRONLY | open_flags));
-  if (old.fd < 0 && errno != ENOENT) return errno;
-  const bool exists = old.fd >= 0;
-  struct stat info = {};
-  if (exists && fstat(old.fd, &info) != 0) return errno;
-  const bool regular = S_ISREG(info.st_mode);
-  if (exists && (!regular || info.st_nlink != 1)) return overwrite(path, old, regular, contents);
+struct FileUnit::Staged {
+  std::string path;       // the name that was asked for
+  std::string target;     // the name behind its links
+  std::string temporary;  // of the new file, without one it is written in place or deleted
+  std::string contents;   // to be written in place
+  std::string before;     // what was there
+  bool known = false;     // `before` was read
+  Descriptor old;         // the old file, if there was one
+  struct stat info = {};  // of `old`
+  Replacement how = {};
+  int owner = 0;
+  bool again = false;  // another file of the unit has the same name and comes before
+  bool deleted = false;
 
-  std::string target = path;
-  int error = follow_links(target);
+  bool existed() const { return old.fd >= 0; }
+  bool regular() const { return S_ISREG(info.st_mode); }
+};
+
+FileUnit::FileUnit() {
+  constexpr std::size_t most_files = 32;
+  staged_.reserve(
+      most_files);  // so that no file is lost for want of memory once it has been staged
+}
+
+FileUnit::~FileUnit() {
+  for (const Staged& file : staged_) {
+    if (!file.temporary.empty()) unlink(file.temporary.c_str());
+  }
+}
+
+// --- Staging ------------------------------------------------------------------------------------
+
+/// Opens the old file and finds the name behind its links. Somebody who may write the folder could
+/// exchange file and link meanwhile, so that the new file would get the owner of one file and the
+/// place of another. Then the next attempt sees one of the two.
+int FileUnit::open_old(Staged& file) {
+  // Opening for writing fails exactly where the file may not be written, and harms nothing.
+  const int access = file.how.anew ? O_RDONLY | O_NOFOLLOW : O_WRONLY;
+  for (int attempt = 0; attempt < 10; ++attempt) {
+    file.target = file.path;
+    file.old = Descriptor(open(file.path.c_str(), access | open_flags));
+    if (!file.existed() && errno != ENOENT && !file.how.anew) return errno;
+    if (file.existed() && fstat(file.old.fd, &file.info) != 0) return errno;
+    if (file.how.anew) return S_ISDIR(file.info.st_mode) ? EISDIR : 0;
+    const int error = follow_links(file.target);
+    struct stat found = {};
+    if (error != 0 || !file.existed()) return error;
+    if (lstat(file.target.c_str(), &found) == 0 && same_file(found, file.info)) return 0;
+  }
+  return EBUSY;
+}
+
+/// Reads the old contents, if that is possible.
+void FileUnit::read_before(Staged& file) {
+  if (file.known || !file.existed() || !file.regular()) return;
+  const Descriptor source(open(file.path.c_str(), O_RDONLY | open_flags));
+  struct stat info = {};
+  file.known = source.fd >= 0 && fstat(source.fd, &info) == 0 && same_file(info, file.info) &&
+               read_all(source.fd, file.before) == 0;
+}
+
+/// Writes and flushes the new file under a temporary name. After an error no such file is left.
+int FileUnit::stage_swap(Staged& file, std::string_view contents) {
+  std::string name = file.target + ".XXXXXX";
+  Descriptor fresh(mkostemp(name.data(), O_CLOEXEC));
+  if (fresh.fd < 0) return errno;
+  const bool takes_over = file.existed() && !file.how.anew;
+  const bool has_model = !takes_over && !file.how.model.empty();
+  const Descriptor model(has_model ? open(file.how.model.c_str(), O_RDONLY | open_flags) : -1);
+  int error = takes_over ? take_over_attributes(fresh.fd, file.old.fd, file.info)
+                         : take_model_attributes(fresh.fd, model.fd);
+  if (error == 0) {
+    error = write_out(fresh, contents);
+    write_failed_ = error != 0;
+  }
+  if (error == 0)
+    file.temporary = std::move(name);
+  else
+    unlink(name.c_str());
+  return error;
+}
+
+/// Takes the versions of a file that have been staged out of the unit.
+void FileUnit::drop(const std::string& path) {
+  std::erase_if(staged_, [&](const Staged& file) {
+    if (file.path != path) return false;
+    if (!file.temporary.empty()) unlink(file.temporary.c_str());
+    return true;
+  });
+}
+
+int FileUnit::give_up(const std::string& path, int error) {
+  write_failed_ = write_failed_ || no_room(error);
+  drop(path);
+  return error;
+}
+
+int FileUnit::stage(const std::string& path, std::string_view contents, const Replacement& how) {
+  Staged file;
+  file.path = path;
+  file.how = how;
+  file.owner = owner_;
+  const auto earlier = std::find_if(staged_.begin(), staged_.end(),
+                                    [&](const Staged& other) { return other.path == path; });
+  file.again = earlier != staged_.end();
+  int error = open_old(file);
+  if (error != 0) return give_up(path, error);
+  if (static_cast<std::size_t>(file.info.st_size) == contents.size()) read_before(file);
+  if (file.known && file.before == contents && !file.again) return 0;
+
+  const bool in_place =
+      file.existed() && !how.anew &&
+      (!file.regular() || file.info.st_nlink != 1 || (file.again && earlier->temporary.empty()));
+  if (!in_place) {
+    error = stage_swap(file, contents);
+    if (error != 0 && how.anew && cannot_swap(error)) {
+      // The old name cannot be removed either, so the file behind it is written.
+      Replacement followed = how;
+      followed.anew = false;
+      return stage(path, contents, followed);
+    }
+    if (error != 0 && (write_failed_ || !file.existed() || !cannot_swap(error))) {
+      return give_up(path, error);
+    }
+  }
+  if (file.temporary.empty()) {
+    // Written at the start of the swap, so no earlier version may come after it.
+    drop(path);
+    file.again = false;
+    read_before(file);
+    file.contents = contents;
+  }
+  staged_.push_back(std::move(file));
+  return 0;
+}
+
+void FileUnit::stage_deletion(const std::string& path, int rank) {
+  Staged file;
+  file.path = file.target = path;
+  file.how.rank = rank;
+  file.owner = owner_;
+  file.deleted = true;
+  staged_.push_back(std::move(file));
+}
+
+// --- Swapping -----------------------------------------------------------------------------------
+
+/// Keeps a file that somebody else has changed, before it is replaced or deleted.
+int FileUnit::keep_foreign(const Staged& file) {
+  struct stat now = {};
+  if (file.again || lstat(file.target.c_str(), &now) != 0 || !S_ISREG(now.st_mode) ||
+      !changed_since_read(file.path, now)) {
+    return 0;
+  }
+  const std::string name = dated(file.target);
+  const bool in_place = file.temporary.empty() && !file.deleted;
+  if (in_place || link(file.target.c_str(), name.c_str()) != 0) {
+    // There are no further names on some file systems, and a file in place would change under both.
+    const int error = copy_file(file.target, name);
+    if (error != 0) return error;
+  }
+  kept_.push_back(name_of(file.path) + " was changed by somebody else meanwhile: kept as " +
+                  name_of(name));
+  return 0;
+}
+
+/// Puts the new file in the place of the old one.
+int FileUnit::put(Staged& file) {
+  struct stat now = {};
+  const bool there = lstat(file.target.c_str(), &now) == 0;
+  if (!there && errno != ENOENT) return errno;
+  const bool is_old = there && file.existed() && same_file(now, file.info);
+  // The new file has owner and permissions of another one.
+  if (there && file.existed() && !is_old && !file.how.anew && !file.again) return EBUSY;
+  if (rename(file.temporary.c_str(), file.target.c_str()) == 0) {
+    file.temporary.clear();
+    return 0;
+  }
+  int error = errno;
+  if (!is_old || file.how.anew || !cannot_swap(error)) return error;
+  // A mount point, for instance, shows itself only now.
+  const Descriptor fresh(open(file.temporary.c_str(), O_RDONLY | open_flags));
+  if (fresh.fd < 0) return errno;
+  error = read_all(fresh.fd, file.contents);
+  read_before(file);
+  if (error == 0) error = write_from_start(file.old.fd, file.contents, file.regular());
+  if (error != 0 && file.known) write_from_start(file.old.fd, file.before, true);
+  return error;
+}
+
+/// Swaps or deletes one file.
+int FileUnit::apply(Staged& file) {
+  int error = keep_foreign(file);
+  if (error == 0 && !file.deleted) error = put(file);
   if (error != 0) return error;
-  error = swap(target, exists ? &info : nullptr, contents);
-  if (exists && cannot_swap(error)) return overwrite(path, old, regular, contents);
-  return error != 0 || target == path ? error : sync_folder(target);
+  if (file.deleted && unlink(file.target.c_str()) != 0) return may_stay(errno) ? 0 : errno;
+  note_written(file.path);
+  const std::string folder = folder_of(file.target);
+  if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end()) {
+    folders_.push_back(folder);
+  }
+  return 0;
+}
+
+int FileUnit::flush_folders() {
+  int error = 0;
+  for (const std::string& folder : folders_) {
+    const int folder_error = sync_folder(folder);
+    if (error == 0) error = folder_error;
+  }
+  folders_.clear();
+  return error;
+}
+
+/// Writes the files that cannot be swapped. After an error all have their old contents again.
+int FileUnit::overwrite_all(int& owner) {
+  for (std::size_t i = 0; i < staged_.size(); ++i) {
+    Staged& file = staged_[i];
+    if (file.deleted || !file.temporary.empty()) continue;
+    owner = file.owner;
+    int error = keep_foreign(file);
+    if (error == 0) error = write_from_start(file.old.fd, file.contents, file.regular());
+    if (error == 0) {
+      note_written(file.path);
+      continue;
+    }
+    // A file that may be written but not read has no way back.
+    for (std::size_t back = i + 1; back-- > 0;) {
+      const Staged& written = staged_[back];
+      const bool in_place = !written.deleted && written.temporary.empty();
+      if (in_place && written.known) write_from_start(written.old.fd, written.before, true);
+    }
+    return error;
+  }
+  return 0;
+}
+
+int FileUnit::swap(int& owner) {
+  std::stable_sort(staged_.begin(), staged_.end(),
+                   [](const Staged& a, const Staged& b) { return a.how.rank < b.how.rank; });
+  int error = overwrite_all(owner);
+  int rank = staged_.empty() ? 0 : staged_.front().how.rank;
+  for (std::size_t i = 0; error == 0 && i < staged_.size(); ++i) {
+    Staged& file = staged_[i];
+    owner = file.owner;
+    if (file.how.ordered || file.how.rank != rank) error = flush_folders();
+    rank = file.how.rank;
+    if (error == 0 && (file.deleted || !file.temporary.empty())) error = apply(file);
+  }
+  const int flush_error = flush_folders();
+  return error != 0 ? error : flush_error;
+}
+
+int replace_file(const std::string& path, std::string_view contents) {
+  FileUnit unit;
+  int owner = 0;
+  const int error = unit.stage(path, contents, {});
+  return error != 0 ? error : unit.swap(owner);
+}
+
+int create_file(const std::string& path, std::string_view contents) {
+  Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | open_flags, 0600));
+  if (file.fd < 0) return errno;
+  const int error = write_out(file, contents);
+  if (error != 0) unlink(path.c_str());
+  return error;
+}
+
+int follow_links(std::string& path) {
+  char link[PATH_MAX];
+  for (int count = 0; count < 40; ++count) {  // more than Linux follows
+    const ssize_t length = readlink(path.c_str(), link, sizeof link);
+    if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
+    // What a link says counts from its own folder; `rfind` is -1 for a path without one.
+    path.erase(link[0] == '/' ? 0 : path.rfind('/') + 1);
+    path.append(link, static_cast<std::size_t>(length));
+  }
+  return ELOOP;
 }
 
 int sync_folder(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  const std::string name = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  Descriptor folder(open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.fd < 0) {
+  const std::string folder = folder_of(path);
+  const Descriptor file(
+      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (file.fd < 0) {
     if (errno != EACCES) return errno;
     sync();  // a folder that may be used but not listed cannot be flushed on its own
     return 0;
   }
-  const int error = flush(folder.fd);
-  const int close_error = folder.close();
-  return error != 0 ? error : close_error;
+  return flush(file.fd);
 }

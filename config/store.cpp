@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <new>
+#include <vector>
 
+#include "config/destination.h"
 #include "config/group_ini.h"
 #include "config/jobs_ini.h"
 #include "config/kestrel_ini.h"
 #include "config/replace_file.h"
+#include "config/rescue.h"
 #include "config/sensor_ini.h"
 #include "config/signals_held.h"
 #include "schedule/schedule_code.h"
@@ -31,21 +34,46 @@ struct Writer {
   const char* failure;
 };
 
-int sync_program_folder() { return sync_folder(ProgramDir); }
-
-// The folder is flushed once for all files. A failure is reported under the name of the last.
+// A flush of the folder that fails is reported under the name of the last file.
 constexpr Writer writers[] = {
     {SaveKestrelINI, "\n\rSaveKestrelINI fail "}, {SaveJobsINI, "\n\rSaveJobsINI fail "},
     {SaveJobsSTSINI, "\n\rSaveJobsSTSINI fail "}, {SaveGroupsINI, "\n\rSaveGroupsINI fail "},
-    {SaveSensorINI, "\n\rSaveSensorINI fail "},   {sync_program_folder, "\n\rSaveSensorINI fail "},
+    {SaveSensorINI, "\n\rSaveSensorINI fail "},
 };
 
-int save(const Writer& writer) {
+std::vector<std::string> kept_files;
+
+/// Calls `work`, which may run out of memory. Returns 0 or errno.
+template <typename Work>
+int guarded(Work work) {
   try {
-    return writer.save();
+    return work();
   } catch (const std::bad_alloc&) {
     return ENOMEM;
   }
+}
+
+/// Stages the files in turn. Returns the error of the first writer that fails; `writer` becomes its
+/// number.
+int stage_all(FileUnit& unit, int& writer) {
+  const StagedInUnit destination(unit);
+  int error = 0;
+  for (writer = 0; writer < std::ssize(writers); ++writer) {
+    unit.begin(writer);
+    error = guarded(writers[writer].save);
+    if (error != 0) break;
+  }
+  return error;
+}
+
+/// Of what could not be saved, writes everything that can be written.
+void write_all() {
+  for (const Writer& writer : writers) guarded(writer.save);
+}
+
+void report_failure(int writer, int error) {
+  report((writers[writer].failure + std::to_string(error)).c_str());
+  report(("\n\r" + rescue_files(write_all)).c_str());
 }
 
 void clear_record(Record& record) {
@@ -86,14 +114,22 @@ int LoadINI() {
 int SaveINI() {
   const SignalsHeld held;
   EncodeSchedules();
-  for (const Writer& writer : writers) {
-    const int error = save(writer);
-    if (error == 0) continue;
-    char message[64];
-    std::snprintf(message, sizeof message, "%s%d", writer.failure, error);
-    report(message);
-    sync_program_folder();  // for the files before it
-    return error;
+  FileUnit unit;
+  int writer = 0;
+  int error = stage_all(unit, writer);
+  // Without room for one file none is replaced. A file that cannot be opened stops the files after
+  // it only.
+  if (error == 0 || !unit.write_failed()) {
+    int swapped = 0;
+    const int swap_error = guarded([&] { return unit.swap(swapped); });
+    if (error == 0) {
+      error = swap_error;
+      writer = swapped;
+    }
   }
-  return 0;
+  kept_files = unit.kept();
+  if (error != 0) guarded([&] { return report_failure(writer, error), 0; });
+  return error;
 }
+
+std::span<const std::string> foreign_changes() { return kept_files; }

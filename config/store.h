@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 
 #include "config/record.h"
 
@@ -17,7 +19,13 @@ void copy_record(Record& to, const Record& from);
 /// missing.
 int LoadINI();
 
-/// Writes every file from `INI`. Returns 0 when all were written. At the first failure it prints
-/// the name of the writer with the error number and returns that number; the files after it keep
-/// their old contents. Signals that would end or stop the program wait until it is over.
+/// Writes every file from `INI` as one unit. Returns 0 when all were written. After a failure it
+/// prints the name of the writer with the error number, says where the files as they should be have
+/// been put, and returns that number. A failure of writing replaces no file. A file that cannot be
+/// opened or created keeps its contents, and so do the files after it. Signals that would end or
+/// stop the program wait until it is over.
 int SaveINI();
+
+/// After `SaveINI`: a sentence for each file that somebody else had changed since it was read. Such
+/// a file has been kept under another name.
+std::span<const std::string> foreign_changes();

@@ -8,7 +8,7 @@ source scripts/need.sh
 build_needs=(cmake ninja-build g++)
 package_needs=("${build_needs[@]}" dpkg-dev file)
 # shellcheck disable=SC2034
-test_needs=("${package_needs[@]}" libgtest-dev libvterm-dev pkg-config tzdata clang libclang-rt-dev)
+test_needs=("${package_needs[@]}" libgtest-dev libvterm-dev pkg-config acl attr tzdata clang libclang-rt-dev)
 
 # build PRESET TARGET [OPTION...]
 # Configures with the options and builds the target. Prints one line first, because a first build

@@ -1,23 +1,18 @@
 // The functions here take the place of the library's in the whole program of the tests, and are no
-// different until a case wants a fault.
+// different until a case watches them.
 
 #include "tests/failing_calls.h"
 
 #include <dlfcn.h>
-#include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
 #include <csignal>
-#include <string_view>
-
-std::string journal;
+#include <utility>
 
 namespace {
 
-bool counting = false;
-int count;
-int faulty;
-int fault;
+const std::function<int(const Call&)>* watcher = nullptr;
 
 /// The function of the library. Arguments and results are passed in registers, so one type fits
 /// all.
@@ -26,22 +21,27 @@ long call(const char* name, Args... args) {
   return reinterpret_cast<long (*)(Args...)>(dlsym(RTLD_NEXT, name))(args...);
 }
 
-/// Notes what the order of a save depends on.
-void note(std::string_view name, long file) {
-  struct stat info = {};
-  if (name == "fsync" && call("fstat", file, &info) == 0 && S_ISDIR(info.st_mode)) name = "folder";
-  for (const std::string_view noted : {"write", "fsync", "folder", "rename", "unlink"}) {
-    if (name == noted) journal.append(name).append(" ");
-  }
+std::string path_of(long fd) {
+  char path[PATH_MAX];
+  const std::string link = "/proc/self/fd/" + std::to_string(static_cast<int>(fd));
+  const long length = static_cast<int>(call("readlink", link.c_str(), path, sizeof path));
+  return length < 0 ? "" : std::string(path, static_cast<std::size_t>(length));
 }
 
-/// Counts an operation. False, with the errno, if it has to fail; `half` does what a call has done
-/// when it is cut off.
+std::string path_of(const char* path) { return path; }
+
+/// False, with the errno, if a call has to fail; `half` does what it has done when it is cut off.
+template <typename File>
 bool passes(
-    std::string_view name, long file, const std::function<void()>& half = [] {}) {
-  if (!counting) return true;
-  note(name, file);
-  if (++count != faulty) return true;
+    const char* name, File file, const char* other = "", std::string_view bytes = {},
+    const std::function<void()>& half = [] {}) {
+  if (watcher == nullptr) return true;
+  const int error = errno;  // which a call that passes leaves as it is
+  const auto* const watch = std::exchange(watcher, nullptr);
+  const int fault = (*watch)({name, path_of(file), other, bytes});
+  watcher = watch;
+  errno = error;
+  if (fault == 0) return true;
   if (fault < 0 && fault != -SIGKILL) return raise(-fault) == 0;
   half();
   if (fault == -SIGKILL) raise(SIGKILL);
@@ -51,14 +51,15 @@ bool passes(
 
 }  // namespace
 
-int with_fault(int at, int kind, const std::function<void()>& work) {
-  count = 0;
-  faulty = at;
-  fault = kind;
-  journal.clear();
-  counting = true;
+void with_calls(const std::function<int(const Call&)>& watch, const std::function<void()>& work) {
+  watcher = &watch;
   work();
-  counting = false;
+  watcher = nullptr;
+}
+
+int with_fault(int at, int kind, const std::function<void()>& work) {
+  int count = 0;
+  with_calls([&](const Call&) { return ++count == at ? kind : 0; }, work);
   return count;
 }
 
@@ -66,28 +67,31 @@ int with_fault(int at, int kind, const std::function<void()>& work) {
 #define FUNCTION(name, ...)                                  \
   extern "C" long faulty_##name(__VA_ARGS__) __asm__(#name); \
   extern "C" long faulty_##name(__VA_ARGS__)
-#define SIMPLE_FUNCTION(name)                               \
-  FUNCTION(name, long a, long b, long c, long d) {          \
-    return passes(#name, a) ? call(#name, a, b, c, d) : -1; \
+/// `File` is a path or a descriptor, `failed` what the function returns after a failure.
+#define SIMPLE_FUNCTION(name, File, failed)                        \
+  FUNCTION(name, File a, long b, long c, long d, long e) {         \
+    return passes(#name, a) ? call(#name, a, b, c, d, e) : failed; \
+  }
+#define TWO_PATHS(name)                                  \
+  FUNCTION(name, const char* a, const char* b) {         \
+    return passes(#name, a, b) ? call(#name, a, b) : -1; \
   }
 
-SIMPLE_FUNCTION(open)
-SIMPLE_FUNCTION(close)
-SIMPLE_FUNCTION(fsync)
-SIMPLE_FUNCTION(mkostemp)
-SIMPLE_FUNCTION(readlink)
-SIMPLE_FUNCTION(rename)
-SIMPLE_FUNCTION(unlink)
-SIMPLE_FUNCTION(fchmod)
-SIMPLE_FUNCTION(fchown)
-SIMPLE_FUNCTION(fstat)
-SIMPLE_FUNCTION(ftruncate)
-SIMPLE_FUNCTION(lseek)
-SIMPLE_FUNCTION(read)
+#define WITH_PATH(name) SIMPLE_FUNCTION(name, const char*, -1)
+#define WITH_FILE(name) SIMPLE_FUNCTION(name, long, -1)
 
-FUNCTION(write, long fd, const char* bytes, long size) {
+SIMPLE_FUNCTION(mkdtemp, const char*, 0)
+// clang-format off
+WITH_PATH(access) WITH_PATH(lstat) WITH_PATH(mkostemp) WITH_PATH(open) WITH_PATH(readlink)
+WITH_PATH(stat) WITH_PATH(unlink) TWO_PATHS(link) TWO_PATHS(rename)
+WITH_FILE(close) WITH_FILE(fchmod) WITH_FILE(fchown) WITH_FILE(fgetxattr) WITH_FILE(flistxattr)
+WITH_FILE(fremovexattr) WITH_FILE(fsetxattr) WITH_FILE(fstat) WITH_FILE(fsync)
+WITH_FILE(ftruncate) WITH_FILE(lseek) WITH_FILE(read)
+    // clang-format on
+
+    FUNCTION(write, long fd, const char* bytes, std::size_t size) {
   const auto half = [&] { call("write", fd, bytes, size / 2); };
-  return passes("write", fd, half) ? call("write", fd, bytes, size) : -1;
+  return passes("write", fd, "", {bytes, size}, half) ? call("write", fd, bytes, size) : -1;
 }
 
-FUNCTION(sync) { return counting ? 0 : call("sync"); }  // it would flush all disks
+FUNCTION(sync) { return watcher != nullptr ? 0 : call("sync"); }  // it would flush all disks

@@ -105,6 +105,16 @@ Folder::Files Folder::files() const {
   return files;
 }
 
+void Folder::hold(const Files& wanted) const {
+  const Files present = files();
+  for (const auto& [name, bytes] : present) {
+    if (!wanted.contains(name)) remove(name);
+  }
+  for (const auto& [name, bytes] : wanted) {
+    if (!present.contains(name) || present.at(name) != bytes) write(name, bytes);
+  }
+}
+
 std::string Folder::value(std::string_view name, std::string_view section,
                           std::string_view key) const {
   return ini_value(read(name), section, key);

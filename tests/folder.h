@@ -53,6 +53,9 @@ class Folder {
   /// what a run has changed.
   Files files() const;
 
+  /// Makes `files()` these, whatever was there before.
+  void hold(const Files& files) const;
+
   /// `ini_value` and `with_value` of a file in the folder.
   std::string value(std::string_view name, std::string_view section, std::string_view key) const;
   void set(std::string_view name, const std::string& section, const std::string& key,

@@ -100,9 +100,9 @@ TEST(Reader, TakesNothingFromWhatItCannotRead) {
   const Folder folder(Folder::Files{});
   start_run();
   EXPECT_EQ(EncodeINIFile(main_file, folder.path("none").c_str()), 1);
-  EXPECT_EQ(EncodeINIFile(main_file, folder.path().c_str()), 0);  // a folder opens and is empty
+  EXPECT_EQ(EncodeINIFile(main_file, folder.path().c_str()), 1);  // a folder
   EXPECT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
-  EXPECT_EQ(EncodeINIFile(main_file, folder.path("pipe").c_str()), 0);  // without waiting
+  EXPECT_EQ(EncodeINIFile(main_file, folder.path("pipe").c_str()), 1);  // without waiting
   for (const int section : {-1, 100, 255}) FillVar(main_file, section, 0);
   for (const int file : {-1, 5}) FillVar(file, 0, 0);
   FillVar(main_file, 1, 6);
