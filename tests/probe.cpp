@@ -117,7 +117,8 @@ std::string choose_language() {
 
 std::string load_text(int program) {
   const std::string result = std::to_string(LoadText(program, 0));
-  return result + " " + sys_mess[0] + " " + sys_mess[19] + " " + LM[0] + " " + LM[49];
+  return result + " [" + LangFileVersion + "] " + sys_mess[0] + " " + sys_mess[19] + " " + LM[0] +
+         " " + LM[49];
 }
 
 std::string draw_next_actions(std::int64_t start, std::int64_t end, int selected) {

@@ -88,6 +88,7 @@ std::string replaced(std::string text, const Replacements& replacements) {
 
 std::string keys(const std::string& text) {
   return replaced(text, {{"<Enter>", "\r"},
+                         {"<LF>", "\n"},
                          {"<Esc>", "\x1b"},
                          {"<Erase>", "\x7f"},
                          {"<Ctrl-C>", "\003"},

@@ -93,7 +93,7 @@ TEST(Terminal, DrawsAgainWhenItsSizeChanges) {
   op.resize(40, 100);
   EXPECT_EQ(op.screen(), menu);
   op.choose("1");
-  op.type("Atric");
+  op.type("\tAtric");
   op.resize(24, 80);
   EXPECT_TRUE(op.row(17).ends_with("  Atric"));
   EXPECT_TRUE(op.cell(10, 1).look == (Look{7, 0, true}));  // white, not as the value

@@ -152,6 +152,7 @@ void Walk::finish() {
   go_home();
   EXPECT_EQ(op_->quit(saves_ ? english("$yes") : ""), saves_ ? 1 : 0);
   EXPECT_TRUE(op_->echo() && op_->canonical() && op_->cursor_visible());
+  EXPECT_TRUE(op_->output().ends_with("\n\r\x1b[?25h\x1b[0m"));
   Folder::Files files = folder_->files();
   for (const Value& v : kept_) {
     const std::string found = ini_value(files[v.file], v.section, v.key);
@@ -168,7 +169,7 @@ std::string arrow_path(Operator& op) {
   int row = first + 1;
   std::string path = "1";
   for (const bool down : {true, false}) {
-    for (;;) {
+    for (int steps = 0; steps < screen_rows; ++steps) {  // an arrow in a circle never stops
       down ? op.down() : op.up();
       if (op.arrow() == row) break;
       row = op.arrow();
