@@ -85,7 +85,7 @@ void Folder::write(std::string_view name, std::string_view bytes) const {
   std::ofstream out(path(name), std::ios::binary | std::ios::trunc);
   out << bytes << std::flush;
   if (!out) throw std::runtime_error("cannot write " + path(name));
-  if (bytes.starts_with("#!")) fs::permissions(path(name), fs::perms::owner_all);
+  if (bytes.starts_with("#!") || name == "vi") fs::permissions(path(name), fs::perms::owner_all);
 }
 
 std::string Folder::read(std::string_view name) const {

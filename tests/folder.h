@@ -45,7 +45,8 @@ class Folder {
   std::string path() const { return path_; }  // without a slash at its end
   std::string path(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program
+  void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program, and
+                                                                    // "vi" is one
   std::string read(std::string_view name) const;  // throws when there is no such file
   void remove(std::string_view name) const;
 

@@ -28,7 +28,8 @@ std::vector<Line> read_table(std::string_view name);  // the first table
 /// lang/texts.inc. Throws when no text has that name.
 std::string english(std::string text);
 
-/// The text with keys for their names: "Sam<Enter><Esc>" becomes "Sam\r\x1b".
+/// The text with keys for their names, and bytes for their hexadecimal numbers: "Sam<Enter><C3>"
+/// becomes "Sam\r\xc3".
 std::string keys(const std::string& text);
 
 /// The text after one replacement after the other, each wherever its first text stands.
