@@ -307,7 +307,7 @@ std::string Operator::screen() {
 int Operator::arrow() {
   settle();
   const std::string shown = text({0, rows_, 0, cols_});
-  const std::size_t mark = shown.find("-->");
+  const std::size_t mark = shown.find(" -->");  // a rule may be cut: "---->"
   if (mark == std::string::npos) return 0;
   return 1 + static_cast<int>(std::count(shown.data(), shown.data() + mark, '\n'));
 }

@@ -36,9 +36,11 @@ class Commands : public Tables {};
 TEST_P(Commands, DoAsWritten) {
   Folder::Files files = demo_with("");
   files["probe"] = "#!/bin/sh\nexec " HARRIER_PROBE " \"$@\"\n";
+  files["check_language"] = "#!/bin/sh\nexec " HARRIER_CHECK_LANGUAGE " \"$@\"\n";
   for (const Line& line : lines()) {
     SCOPED_TRACE("commands.txt, line " + std::to_string(line.number));
-    files["command"] = "#!/bin/sh\nPATH=$PATH:/usr/bin\n" + line[0] + "\n";
+    files["command"] =
+        "#!/bin/sh\nPATH=$PATH:/usr/bin source=" HARRIER_SOURCE_DIR "\n" + line[0] + "\n";
     Walk walk(files, {.name = "./command"});
     for (std::size_t i = 1; i < line.cells.size(); ++i) walk.take(line[i]);
   }
