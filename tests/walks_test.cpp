@@ -65,7 +65,9 @@ INSTANTIATE_TEST_SUITE_P(All, Screens, tables("arrow_paths.txt"), name_of);
 // Drawing removes the golden files that no row names any more.
 TEST(Screens, AreInUse) {
   const std::string data = source_dir() + "/tests/data/";
-  const std::string tables = read_file(data + "walks.txt") + read_file(data + "arrow_paths.txt");
+  std::string tables;
+  for (const char* name : {"walks", "commands", "arrow_paths"})
+    tables += read_file(data + name + ".txt");
   for (const std::string& folder : {data + "screens", source_dir() + "/docs/pictures"}) {
     for (const auto& file : std::filesystem::directory_iterator(folder)) {
       const std::regex cell("(screen|\\|) " + file.path().stem().string() + "( \\||\n)");
