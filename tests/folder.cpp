@@ -38,12 +38,6 @@ std::string read_file(const std::string& path) {
   return bytes.str();
 }
 
-std::string demo(std::string_view name) {
-  std::string bytes = read_file(source_dir() + "/demo/" + std::string(name));
-  if (bytes.empty()) throw std::runtime_error("no demo " + std::string(name));
-  return bytes;
-}
-
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key) {
   return std::string(find_value(text, section, key));
 }
@@ -103,14 +97,4 @@ Folder::Files Folder::files() const {
     files[name] = entry.is_regular_file() ? read_file(entry.path()) : "";
   }
   return files;
-}
-
-std::string Folder::value(std::string_view name, std::string_view section,
-                          std::string_view key) const {
-  return ini_value(read(name), section, key);
-}
-
-void Folder::set(std::string_view name, const std::string& section, const std::string& key,
-                 std::string_view value) const {
-  write(name, with_value(read(name), section, key, value));
 }

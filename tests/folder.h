@@ -10,9 +10,6 @@ std::string source_dir();
 /// The bytes of a file, none when it cannot be read.
 std::string read_file(const std::string& path);
 
-/// The bytes of a file of the demo configuration. Throws when there is none.
-std::string demo(std::string_view name);
-
 /// The value of a key as it stands in the text of a configuration file, with its quotes if it has
 /// any. Empty when the section or the key is not there.
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key);
@@ -53,11 +50,6 @@ class Folder {
   /// Everything in the folder but the program and the language files: compare two of these to learn
   /// what a run has changed.
   Files files() const;
-
-  /// `ini_value` and `with_value` of a file in the folder.
-  std::string value(std::string_view name, std::string_view section, std::string_view key) const;
-  void set(std::string_view name, const std::string& section, const std::string& key,
-           std::string_view value) const;
 
  private:
   std::string path_;

@@ -111,9 +111,9 @@ class Operator {
   bool echo() { return mode(ECHO); }         // the terminal shows what is typed
   bool canonical() { return mode(ICANON); }  // the terminal collects whole lines
 
-  /// Reads the keys that no program has read, an unfinished line too. Only for a program that has
-  /// ended or stopped.
-  std::string unread_keys();
+  /// How many bytes no program has read, those of an unfinished line too. Only for a program that
+  /// has ended or stopped.
+  int unread_keys();
 
   void resize(int rows, int cols);
   int cols() const { return cols_; }

@@ -58,8 +58,6 @@ std::vector<Table> read_tables(std::string_view name) {
   return tables;
 }
 
-std::vector<Line> read_table(std::string_view name) { return read_tables(name)[0].lines; }
-
 std::string english(std::string text) {
   static const std::map<std::string, int> numbers = {
 #define TEXT(number, name, place) {#name, number},

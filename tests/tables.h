@@ -22,7 +22,6 @@ struct Table {
 /// Reads the tables of a file in tests/data. "[name]" begins a table, "#" a comment, and " | "
 /// separates two cells. Throws when there are none, so that no case is lost in silence.
 std::vector<Table> read_tables(std::string_view name);
-std::vector<Line> read_table(std::string_view name);  // the first table
 
 /// The text with wordings for references: "$new_value" becomes the English text of that name in
 /// lang/texts.inc. Throws when no text has that name.
