@@ -14,9 +14,8 @@ std::string read_file(const std::string& path);
 /// any. Empty when the section or the key is not there.
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key);
 
-/// The text of a configuration file with another value for one of its keys, in a new section at the
-/// end where there is none yet. The value is written as it is given, so the quotes of a text belong
-/// to it.
+/// The text of a configuration file with another value for one of its keys. A missing section is
+/// added at the end. The value includes the quotes of a text.
 std::string with_value(std::string_view text, const std::string& section, const std::string& key,
                        std::string_view value);
 

@@ -46,8 +46,6 @@
 
 namespace {
 
-// --- Calls --------------------------------------------------------------------------------------
-
 struct Call {
   std::size_t arguments;
   std::function<std::string(char** words)> run;
@@ -81,7 +79,7 @@ Call call(Result (*function)(Arguments...)) {
   return {sizeof...(Arguments), run};
 }
 
-// --- Functions in place of those that need more than words --------------------------------------
+// In place of functions that need more than words, others with the same names:
 
 template <auto pad>
 std::string padded(std::string text, int width, std::string_view fill) {

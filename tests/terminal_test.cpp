@@ -93,7 +93,7 @@ TEST(Terminal, NoticesASignalThatTheReadDoesNotSee) {
   kill(child, SIGKILL);
   int status = -1;
   waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7) << status;
+  EXPECT_EQ(status, W_EXITCODE(7, 0));
   close(terminal);
 }
 
