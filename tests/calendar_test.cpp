@@ -10,7 +10,7 @@
 
 static std::time_t clock_shows = 0;  // 0 for the real time
 
-/// Takes the place of the C library's, so that the cases hold in summer, in winter and in 2035.
+/// Takes the place of the C library's.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" std::time_t time(std::time_t* result) noexcept {
   timespec now{};

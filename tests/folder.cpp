@@ -38,12 +38,6 @@ std::string read_file(const std::string& path) {
   return bytes.str();
 }
 
-std::string demo(std::string_view name) {
-  std::string bytes = read_file(source_dir() + "/demo/" + std::string(name));
-  if (bytes.empty()) throw std::runtime_error("no demo " + std::string(name));
-  return bytes;
-}
-
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key) {
   return std::string(find_value(text, section, key));
 }
@@ -85,7 +79,7 @@ void Folder::write(std::string_view name, std::string_view bytes) const {
   std::ofstream out(path(name), std::ios::binary | std::ios::trunc);
   out << bytes << std::flush;
   if (!out) throw std::runtime_error("cannot write " + path(name));
-  if (bytes.starts_with("#!")) fs::permissions(path(name), fs::perms::owner_all);
+  if (bytes.starts_with("#!") || name == "vi") fs::permissions(path(name), fs::perms::owner_all);
 }
 
 std::string Folder::read(std::string_view name) const {

@@ -10,16 +10,12 @@ std::string source_dir();
 /// The bytes of a file, none when it cannot be read.
 std::string read_file(const std::string& path);
 
-/// The bytes of a file of the demo configuration. Throws when there is none.
-std::string demo(std::string_view name);
-
 /// The value of a key as it stands in the text of a configuration file, with its quotes if it has
 /// any. Empty when the section or the key is not there.
 std::string ini_value(std::string_view text, std::string_view section, std::string_view key);
 
-/// The text of a configuration file with another value for one of its keys, in a new section at the
-/// end where there is none yet. The value is written as it is given, so the quotes of a text belong
-/// to it.
+/// The text of a configuration file with another value for one of its keys. A missing section is
+/// added at the end. The value includes the quotes of a text.
 std::string with_value(std::string_view text, const std::string& section, const std::string& key,
                        std::string_view value);
 
@@ -45,7 +41,8 @@ class Folder {
   std::string path() const { return path_; }  // without a slash at its end
   std::string path(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program
+  void write(std::string_view name, std::string_view bytes) const;  // "#!" begins a program, and
+                                                                    // "vi" is one
   std::string read(std::string_view name) const;  // throws when there is no such file
   void remove(std::string_view name) const;
 

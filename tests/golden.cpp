@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <vector>
 
 #include "tests/tables.h"
+#include "tui/format.h"
 
 namespace {
 
@@ -91,21 +91,21 @@ std::string as_picture(const std::vector<Row>& screen) {
   constexpr int baseline = 15;  // of a line of text, below the top of its cells
   constexpr int width = picture_cols * cell_width + 2 * margin;
   constexpr int height = rows * cell_height + 2 * margin;
-  std::ostringstream svg;
-  svg << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << " " << height
-      << "\" width=\"" << width << "\" height=\"" << height
-      << "\" font-family=\"DejaVu Sans Mono, Menlo, Consolas, monospace\" font-size=\"16\">\n"
-      << "<rect width=\"100%\" height=\"100%\" rx=\"8\" fill=\"#000\"/>\n";
+  std::string svg = format(
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\" "
+      "font-family=\"DejaVu Sans Mono, Menlo, Consolas, monospace\" font-size=\"16\">\n"
+      "<rect width=\"100%%\" height=\"100%%\" rx=\"8\" fill=\"#000\"/>\n",
+      width, height, width, height);
   int y = margin + baseline;
   for (const Row& row : screen) {
     for (const Run& run : row) {
-      svg << "<text x=\"" << margin + (run.first - 1) * cell_width << "\" y=\"" << y
-          << "\" textLength=\"" << (run.end - run.first) * cell_width << "\" fill=\"#"
-          << known(run.look).colour << "\">" << escaped(run.text) << "</text>\n";
+      svg += format("<text x=\"%d\" y=\"%d\" textLength=\"%d\" fill=\"#%s\">%s</text>\n",
+                    margin + (run.first - 1) * cell_width, y, (run.end - run.first) * cell_width,
+                    known(run.look).colour, escaped(run.text).c_str());
     }
     y += cell_height;
   }
-  return svg.str() + "</svg>\n";
+  return svg + "</svg>\n";
 }
 
 void compare(const std::string& file, const std::string& drawn) {

@@ -10,25 +10,21 @@
 
 #include "config/families.h"
 #include "tests/tables.h"
+#include "tui/format.h"
 
 namespace {
 
 constexpr const char* file_names[] = {"main", "jobs", "group", "sensor", "states"};
 
-/// A value of an entry. After the end of a text nothing may be left of a longer one.
-std::string value_of(const Field& field, char* entry) {
-  if (field.kind != Kind::text) return std::to_string(number_at(field, entry));
-  std::string bytes(bytes_at(field, entry), field.width);
-  return bytes.erase(bytes.find_last_not_of('\0') + 1);
-}
-
-/// The values of an entry that are not 0 or empty, as "Section.Key=value" lines.
+/// The values of an entry that are not 0 or empty, as "Section.Key=value" lines. After the end of a
+/// text nothing may be left of a longer one.
 std::string values_of(const Family& family, char* entry, const std::string& section) {
   std::string out;
   for (const Field& field : family.fields) {
-    const std::string value = value_of(field, entry);
-    if (value.empty() || value == "0") continue;
-    out.append(section).append(".").append(field.key).append("=").append(value).append("\n");
+    std::string value = field.kind == Kind::text ? std::string(bytes_at(field, entry), field.width)
+                                                 : std::to_string(number_at(field, entry));
+    value.erase(value.find_last_not_of('\0') + 1);
+    if (!value.empty() && value != "0") out += section + "." + field.key + "=" + value + "\n";
   }
   return out;
 }
@@ -38,13 +34,13 @@ std::string loaded() {
   std::string out;
   for (int file = 0; file < file_count; ++file) {
     for (std::size_t group = 0; group < (file == group_file ? group_count : 1U); ++group) {
-      const std::string name = file_names[file] + std::string(" ") +
-                               (file == group_file ? std::to_string(group) + " " : "");
+      const std::string number = file == group_file ? std::to_string(group) + " " : "";
+      const std::string name = file_names[file] + (" " + number);
       for (const Family& family : families_of(file)) {
         char* entry = reinterpret_cast<char*>(&INI) + family.offset + group * sizeof(Group);
         for (int i = 0; i < family.stored; ++i, entry += family.size) {
-          std::string digits = std::to_string(i / 10) + std::to_string(i % 10);
-          out += values_of(family, entry, name + family.name + (family.count == 0 ? "" : digits));
+          const std::string digits = family.count == 0 ? "" : format("%02d", i);
+          out += values_of(family, entry, name + family.name + digits);
         }
       }
     }

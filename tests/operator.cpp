@@ -307,7 +307,7 @@ std::string Operator::screen() {
 int Operator::arrow() {
   settle();
   const std::string shown = text({0, rows_, 0, cols_});
-  const std::size_t mark = shown.find("-->");
+  const std::size_t mark = shown.find(" -->");  // a rule may be cut: "---->"
   if (mark == std::string::npos) return 0;
   return 1 + static_cast<int>(std::count(shown.data(), shown.data() + mark, '\n'));
 }
@@ -347,18 +347,18 @@ bool Operator::mode(tcflag_t flag) {
   return (modes.c_lflag & flag) != 0;
 }
 
-std::string Operator::unread_keys() {
+int Operator::unread_keys() {
   settle();
   termios modes{};
   check(tcgetattr(slave_, &modes) == 0, "tcgetattr");
-  termios raw = modes;
-  raw.c_lflag &= ~static_cast<tcflag_t>(ICANON);
-  raw.c_cc[VMIN] = raw.c_cc[VTIME] = 0;
-  check(tcsetattr(slave_, TCSANOW, &raw) == 0, "tcsetattr");
-  char keys[4096];
-  const ssize_t size = read(slave_, keys, sizeof keys);
-  check(tcsetattr(slave_, TCSANOW, &modes) == 0, "tcsetattr");
-  return {keys, static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+  termios single_keys = modes;
+  single_keys.c_lflag &= ~static_cast<tcflag_t>(ICANON);
+  int keys = 0;
+  for (const termios* each : {&single_keys, &modes}) {
+    check(tcsetattr(slave_, TCSANOW, each) == 0, "tcsetattr");
+    if (each != &modes) ioctl(slave_, FIONREAD, &keys);
+  }
+  return keys;
 }
 
 void Operator::resize(int rows, int cols) {

@@ -40,18 +40,15 @@ struct Options {
 
 /// A person at a terminal who has started the program there: types keys, reads the screen.
 ///
-/// Everything that looks at the terminal first waits until the program has settled: it has read
-/// whatever was typed, nothing that it wrote is on its way, and it waits or has ended. Never sleep
-/// in a case. A program in one of its pauses counts as waiting, so that its message can be read;
-/// what comes after the pause has to be awaited: by `expect`, or by `choose` and `answer`, which
-/// await a menu and a question.
+/// Everything that looks at the terminal first waits until the program has settled: it has read all
+/// keys, its output has come, and it waits or has ended. Never sleep in a case. A pause counts as
+/// waiting, so that its message can be read. `expect`, `choose` and `answer` wait for its end.
 ///
-/// What cannot be done, or does not come within 10 s (60 s with sanitizers), fails the case, shows
-/// the screen and the last steps, and ends the case by an exception. So does the program's own
-/// report of a memory error, in the destructor, without ending the case.
+/// What cannot be done, or does not come within 10 s (60 s with sanitizers), shows the screen and
+/// the last steps, and ends the case by an exception. A memory error that the program reports fails
+/// the case at its end.
 ///
-/// The program is started like a shell does it, in the foreground process group of a terminal
-/// session, so that the keys for signals work and it can be stopped and continued.
+/// The program runs in the foreground of a terminal session, so it can be stopped and continued.
 class Operator {
  public:
   /// Starts the program and lets it settle, so that nothing is typed before it has the terminal.
@@ -80,16 +77,14 @@ class Operator {
   /// Moves the arrow to this row of the screen. Waits for a menu first.
   void point(int row);
 
-  /// Types a line where the program asks for one, with Enter at its end. Waits for the question
-  /// first.
+  /// Waits for a question, and types a line with Enter at its end.
   void answer(std::string_view line);
 
   /// Chooses item 0 of the screen.
   void leave() { choose("0"); }
 
-  /// Leaves one screen after the other until the program ends, and returns its exit status. When it
-  /// asks whether to save, types the answer and Enter; without an answer the question is a failure,
-  /// and so is an answer without a question.
+  /// Leaves one screen after the other until the program ends, and returns its exit status. Answers
+  /// the question whether to save, which must come if there is an answer, and only then.
   int quit(std::string_view answer = "");
 
   std::string row(int number);  // from 1, without blanks at its end
@@ -100,8 +95,8 @@ class Operator {
   bool shows(std::string_view text);
   void expect(std::string_view text);  // waits until the screen shows it, over pauses too
 
-  /// What a cell, numbered from 1, showed when the terminal was last looked at. It alone waits for
-  /// nothing, so that all cells belong to one screen, even to one that a pause is about to end.
+  /// What a cell, numbered from 1, showed when the terminal was last looked at. Waits for nothing, so
+  /// that all cells belong to one screen.
   Cell cell(int row, int col) const;
   void settle();
 
@@ -111,16 +106,15 @@ class Operator {
   bool echo() { return mode(ECHO); }         // the terminal shows what is typed
   bool canonical() { return mode(ICANON); }  // the terminal collects whole lines
 
-  /// Reads the keys that no program has read, an unfinished line too. Only for a program that has
-  /// ended or stopped.
-  std::string unread_keys();
+  /// How many bytes no program has read, those of an unfinished line too. Only for a program that
+  /// has ended or stopped.
+  int unread_keys();
 
   void resize(int rows, int cols);
   int cols() const { return cols_; }
   void signal(int number);  // to the program alone
 
-  /// Pulls the terminal away. The session's leader does not pass the hang-up on, as a shell might:
-  /// what the program meets is the end of its input. `signal(SIGHUP)` is the other half.
+  /// Pulls the terminal away: the input ends. No shell passes a SIGHUP on; that is `signal(SIGHUP)`.
   void hang_up();
 
   bool stopped();  // waits until the program is stopped by a signal

@@ -143,7 +143,8 @@ int save(const Folder& folder, const Line& line) {
 
 TEST(Saving, SparesKeepsAndRefuses) {
   const std::string functions = read_file(source_dir() + "/tests/data/nets.sh");
-  for (const Line& line : read_table("nets.txt")) {
+  const Table nets = read_tables("nets.txt").at(0);
+  for (const Line& line : nets.lines) {
     SCOPED_TRACE(std::to_string(line.number) + ": " + line[1] + " | " + line[2] + " | " + line[6]);
     if (line[0] == "root" && geteuid() != 0) continue;
     const Folder folder;

@@ -12,9 +12,8 @@
 
 namespace {
 
-std::vector<Line> codes() { return read_tables("schedule.txt").at(0).lines; }
-std::vector<Line> moments() { return read_tables("schedule.txt").at(1).lines; }
-std::vector<Line> clock_changes() { return read_tables("schedule.txt").at(2).lines; }
+enum { codes, moments, clock_changes };
+std::vector<Line> lines(int table) { return read_tables("schedule.txt").at(table).lines; }
 
 /// "03.07.2030 06:30:59" in a zone; 0 for no time.
 std::int64_t seconds_of(const std::string& time, const char* where = "Europe/Prague") {
@@ -35,7 +34,7 @@ ScheduleEntry entry(std::int64_t time, const std::string& numbers, std::int64_t 
 }
 
 TEST(ScheduleCode, HoldsNineBytesFromTheMostSignificant) {
-  for (const Line& line : codes()) {
+  for (const Line& line : lines(codes)) {
     SCOPED_TRACE(line[0]);
     INI = {};
     INI.schedule[2] = entry(5, "6 0 2 3");  // without a code it stays as it is
@@ -61,7 +60,7 @@ TEST(ScheduleCode, HoldsNineBytesFromTheMostSignificant) {
 TEST(TestSchedules, FiresInItsLocalMinute) {
   const Zone zone("Europe/Prague");
   static Record record;
-  for (const Line& line : moments()) {
+  for (const Line& line : lines(moments)) {
     record.schedule[1] = entry(seconds_of(line[1]), line[2], seconds_of(line[3]));
     const int fires = std::stoi(line[5]);
     ShedAction = {};
@@ -95,7 +94,7 @@ TEST(NextActions, ShowOneAMinuteAfterTheTenth) {
 }
 
 TEST(NextActions, AreThoseOfEveryMinuteAroundEveryClockChange) {
-  for (const Line& line : clock_changes()) {
+  for (const Line& line : lines(clock_changes)) {
     SCOPED_TRACE(line[1]);
     const std::int64_t start = seconds_of(line[0], "UTC");
     const Zone zone(line[1]);

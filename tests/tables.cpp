@@ -58,8 +58,6 @@ std::vector<Table> read_tables(std::string_view name) {
   return tables;
 }
 
-std::vector<Line> read_table(std::string_view name) { return read_tables(name)[0].lines; }
-
 std::string english(std::string text) {
   static const std::map<std::string, int> numbers = {
 #define TEXT(number, name, place) {#name, number},
@@ -87,14 +85,18 @@ std::string replaced(std::string text, const Replacements& replacements) {
 }
 
 std::string keys(const std::string& text) {
-  return replaced(text, {{"<Enter>", "\r"},
-                         {"<LF>", "\n"},
-                         {"<Esc>", "\x1b"},
-                         {"<Erase>", "\x7f"},
-                         {"<Ctrl-C>", "\003"},
-                         {"<Ctrl-D>", "\004"},
-                         {"<Ctrl-Z>", "\032"},
-                         {"<Ctrl-\\>", "\034"}});
+  static const std::regex code("<(?:Ctrl-(.)|([0-9A-F]{2}))>");
+  std::string typed = replaced(text, {{"<Enter>", "\r"},
+                                      {"<LF>", "\n"},
+                                      {"<Esc>", "\x1b"},
+                                      {"<Erase>", "\x7f"},
+                                      {"<Up>", "\x1b[A"},
+                                      {"<Down>", "\x1b[B"}});
+  for (std::smatch found; std::regex_search(typed, found, code);) {
+    const int key = found[1].matched ? found.str(1)[0] & 0x1F : std::stoi(found[2], nullptr, 16);
+    typed = found.prefix().str() + static_cast<char>(key) + found.suffix().str();
+  }
+  return typed;
 }
 
 std::vector<Value> read_values(std::string_view cell) {

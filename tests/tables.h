@@ -6,8 +6,8 @@
 
 #include "tests/folder.h"
 
-/// A line of a table. Its cells have no blanks around them, and "x{40}" is 40 times "x". Cells that
-/// are missing at the end are empty.
+/// A line of a table. Cells have no blanks around them, "x{40}" is 40 times "x", those missing
+/// are empty.
 struct Line {
   int number = 0;  // in its file
   std::vector<std::string> cells;
@@ -22,13 +22,13 @@ struct Table {
 /// Reads the tables of a file in tests/data. "[name]" begins a table, "#" a comment, and " | "
 /// separates two cells. Throws when there are none, so that no case is lost in silence.
 std::vector<Table> read_tables(std::string_view name);
-std::vector<Line> read_table(std::string_view name);  // the first table
 
 /// The text with wordings for references: "$new_value" becomes the English text of that name in
 /// lang/texts.inc. Throws when no text has that name.
 std::string english(std::string text);
 
-/// The text with keys for their names: "Sam<Enter><Esc>" becomes "Sam\r\x1b".
+/// The text with keys for their names, and bytes for their hexadecimal numbers: "Sam<Enter><C3>"
+/// becomes "Sam\r\xc3".
 std::string keys(const std::string& text);
 
 /// The text after one replacement after the other, each wherever its first text stands.
@@ -43,9 +43,8 @@ struct Value {
   std::string text;
 };
 
-/// Reads the values of a cell: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". A value without
-/// a file name belongs to kestrel.ini, and a value without a section to that of the value before.
-/// References to texts become English, and names of keys become the keys.
+/// Reads the values of a cell: "Network.Port=5566; SNMP=1; jobs.ini:Job_00.Log=1". Without a file
+/// name the file is kestrel.ini, without a section it is that before. Takes `english` and `keys`.
 std::vector<Value> read_values(std::string_view cell);
 
 /// Puts values into files. Adds missing sections at the end of a file.

@@ -1,24 +1,22 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ctime>
 
 #include "tests/walk.h"
+#include "tui/format.h"
 
 namespace {
 
 TEST(Upcoming, ListsAHundredDaysWhateverTheHeight) {
   constexpr std::int64_t day_seconds = 86400;
   const std::int64_t first = std::time(nullptr) + 6 * 3600;  // far from the present minute
-  char data[24];
-  std::snprintf(data, sizeof data, "\"%08X0001070200\"", static_cast<unsigned>(first));
-  const Folder folder;
-  for (const char* slot : {"00", "01", "02", "03"}) {
-    folder.set("kestrel.ini", std::string("Schedule_") + slot, "Data", slot[1] == '0' ? data : "");
-  }
-  const std::pair<int, int> cases[] = {
-      // rows of the terminal, row of the first item
-      {24, 21}, {50, 47}, {101, 98}, {104, 101}, {108, 105}, {200, 105}};
-  for (const auto& [rows, more] : cases) {
+  const Folder folder(
+      demo_with(format("Schedule_00.Data=\"%08X0001070200\"; Schedule_01.Data=; "
+                       "Schedule_02.Data=; Schedule_03.Data=",
+                       static_cast<unsigned>(first))));
+  for (const int rows : {24, 50, 101, 104, 108, 200}) {
+    const int more = std::min(rows - 3, 105);  // the row of the first item
     SCOPED_TRACE(rows);
     Operator op(folder, {.rows = rows, .environment = {{"TZ", "UTC"}}});
     op.open("4/17");

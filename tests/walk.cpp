@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
 
 #include "tests/golden.h"
@@ -53,6 +52,13 @@ struct Step {
 constexpr Step steps[] = {
     {"\"", [](Walk& walk, const std::string& text) { walk.op().answer(keys(text)); }},
     {"'", [](Walk& walk, const std::string& text) { walk.op().type(keys(text)); }},
+    {"slowly ",
+     [](Walk& walk, const std::string& text) {
+       for (const char key : keys(text)) {
+         walk.op().type({&key, 1});
+         walk.op().settle();
+       }
+     }},
     {"down ", [](Walk& walk, const std::string& times) { walk.op().down(std::stoi(times)); }},
     {"up ", [](Walk& walk, const std::string& times) { walk.op().up(std::stoi(times)); }},
     {"size ",
@@ -102,9 +108,6 @@ void Walk::set(const Line& line) {
     const std::string name = line[i].substr(0, colon);
     const std::string text = keys(line[i].substr(colon + 1));
     text.empty() ? folder_->remove(name) : folder_->write(name, text.substr(1) + '\n');
-    if (name == "vi") {
-      std::filesystem::permissions(folder_->path(name), std::filesystem::perms::owner_all);
-    }
   }
   run();
 }

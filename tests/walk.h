@@ -7,9 +7,8 @@
 #include "tests/operator.h"
 #include "tests/tables.h"
 
-/// A person who goes through the program by the lines of a table and looks at what comes of it.
-/// tests/data/walks.txt describes the lines. After each step the screen must fit its frame, and the
-/// terminal must be in the mode that a menu or a question needs.
+/// A person who goes through the program by the lines of a table (tests/data/walks.txt). After each
+/// step the screen must fit its frame, and the terminal be in the mode of a menu or a question.
 class Walk {
  public:
   /// Starts the program in a new folder with these files.
@@ -17,8 +16,7 @@ class Walk {
 
   void go(const Line& line);
 
-  /// Takes a cell of a line: does something, or looks for something.
-  void take(const std::string& cell);
+  void take(const std::string& cell);  // does something, or looks for something
 
   void go_home();  // to the main menu
 

@@ -8,6 +8,7 @@
 #include "config/store.h"
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
+#include "schedule/schedule_code.h"
 #include "tests/folder.h"
 #include "tests/plain_upcoming.h"
 #include "tests/zone.h"
@@ -60,11 +61,8 @@ int load_configuration() {
 /// The targets. Each is built as a program of its own, which `FUZZ_TARGET` names.
 namespace fuzz {
 
-/// A whole configuration, one file of each kind with a file separator (ASCII 28) between each two:
-/// it loads, and once it has been saved, loading and saving change nothing any more.
-///
-/// A single group file on purpose. With several, a save may leave one behind that no group has
-/// written, and the next start takes it for one more group.
+/// A whole configuration, its files separated by ASCII 28. Only one group file: of several, a save
+/// may leave a file that no group has written, and the next start takes it for one more group.
 void ini(std::string_view input) {
   folder.use();
   for (const auto& [name, bytes] : folder.files()) folder.remove(name);
@@ -77,8 +75,7 @@ void ini(std::string_view input) {
   check_round_trip(load_configuration, SaveINI);
 }
 
-/// One language file for all programs of the family: every text and name stays within its room, and
-/// a file without the section changes nothing.
+/// One language file for all programs of the family.
 void language(std::string_view input) {
   static const int allocated = AllocText();
   require(allocated == 0, "there is memory for the texts");
@@ -100,15 +97,13 @@ void language(std::string_view input) {
       require(result == 0 || std::strcmp(probe, earlier) == 0, "without the section all stays");
     }
     for (const char* text : LangText) require(strnlen(text, text_size) < text_size, "texts end");
-    require(std::all_of(std::begin(LM), std::end(LM), ends) &&
-                std::all_of(std::begin(sys_mess), std::end(sys_mess), ends),
-            "texts of the other programs end");
+    require(std::all_of(std::begin(LM), std::end(LM), ends), "texts of Merlin end");
+    require(std::all_of(std::begin(sys_mess), std::end(sys_mess), ends), "messages end");
     require(std::strlen(LangFileVersion) <= 20, "a version has at most 20 characters");
   }
 }
 
-/// A group profile: it loads, and once it has been saved, loading and saving change nothing any
-/// more.
+/// A group profile.
 void profile(std::string_view input) {
   static const std::string path = folder.path("profile");
   static GroupEvent events[event_count];
@@ -117,9 +112,8 @@ void profile(std::string_view input) {
   check_round_trip(load, [] { return SaveGroupProfile(path.c_str(), events); });
 }
 
-/// Schedule codes, one behind the other: decoding makes some entry of them, encoding it again gives
-/// a code that stands for the same entry, and the list of upcoming matches is the plain one. Two
-/// bytes before them choose the time zone, and the moment of a period in which entry 0 is due.
+/// Two bytes choose the time zone, and the moment of a period in which entry 0 is due. The codes of
+/// the schedules follow.
 void schedule(std::string_view input) {
   constexpr std::int64_t period = 3 * 3600;
   constexpr const char* zones[] = {"UTC", "Europe/Prague", "America/New_York",
