@@ -12,14 +12,11 @@ namespace {
 FileUnit* open_unit = nullptr;
 
 std::string rescue_folder;
-int rescue_error = 0;
 
 int put_rescued(const char* name, std::string_view contents) {
   const std::string path = rescue_folder + "/" + name;
   unlink(path.c_str());  // a group may come a second time, with all its members
-  const int error = create_file(path, contents);
-  if (rescue_error == 0) rescue_error = error;
-  return error;
+  return create_file(path, contents);
 }
 
 }  // namespace
@@ -27,18 +24,16 @@ int put_rescued(const char* name, std::string_view contents) {
 StagedInUnit::StagedInUnit(FileUnit& unit) { open_unit = &unit; }
 StagedInUnit::~StagedInUnit() { open_unit = nullptr; }
 
-PutIntoFolder::PutIntoFolder(const std::string& folder) {
-  rescue_folder = folder;
-  rescue_error = 0;
-}
+PutIntoFolder::PutIntoFolder(const std::string& folder) { rescue_folder = folder; }
 PutIntoFolder::~PutIntoFolder() { rescue_folder.clear(); }
-int PutIntoFolder::error() const { return rescue_error; }
+
+bool rescuing() { return !rescue_folder.empty(); }
 
 int put_file(const char* name, std::string_view contents, Replacement how) {
   const std::string path = program_path(name);
   const int unread = read_error(path);
+  if (rescuing()) return unread == 0 ? put_rescued(name, contents) : 0;
   if (unread != 0) return unread;
-  if (!rescue_folder.empty()) return put_rescued(name, contents);
   how.model = model_file();
   if (open_unit != nullptr) return open_unit->stage(path, contents, how);
   FileUnit alone;
@@ -48,7 +43,7 @@ int put_file(const char* name, std::string_view contents, Replacement how) {
 }
 
 int delete_file(const char* name, int rank) {
-  if (!rescue_folder.empty()) return 0;
+  if (rescuing()) return 0;
   const std::string path = program_path(name);
   if (open_unit != nullptr) {
     open_unit->stage_deletion(path, rank);

@@ -24,16 +24,17 @@ class PutIntoFolder {
   ~PutIntoFolder();
   PutIntoFolder(const PutIntoFolder&) = delete;
   PutIntoFolder& operator=(const PutIntoFolder&) = delete;
-
-  /// The errno of the first file that could not be written, 0 for none.
-  int error() const;
 };
 
-/// Writes the file `name` of the configuration. A new one gets owner, group and permissions of
+/// Whether there is a `PutIntoFolder`.
+bool rescuing();
+
+/// Writes the file `name` of the configuration. A new file gets owner, group and permissions of
 /// kestrel.ini. A file that could not be read is not replaced. Returns 0, or the errno of what
-/// failed or of that reading.
+/// failed or of that reading. A rescue leaves such a file out and returns 0.
 int put_file(const char* name, std::string_view contents, Replacement how = {});
 
-/// Deletes the file `name` of the configuration, if it is there and may be deleted. Returns 0 or
+/// Deletes the file `name` of the configuration, if it is there and may be deleted. The caller has
+/// asked `read_error`. Returns 0 or
 /// errno.
 int delete_file(const char* name, int rank);

@@ -54,8 +54,8 @@ std::string format_group(const Group& group) {
 /// The UPSs as they were loaded. The files of the groups refer to their numbers.
 UPS loaded_ups[ups_count];
 
-/// Whether two entries are the same UPS, perhaps renamed. A UPS that takes the place of another has
-/// neither its name nor its type code and serial number.
+/// Whether two entries are the same UPS, perhaps renamed. Another UPS in the same slot has another
+/// name, and another type code or serial number.
 bool same_ups(const UPS& a, const UPS& b) {
   const bool has_codes = !a.Type.empty() || !a.Serial.empty();
   return a.Name.view() == b.Name.view() ||
@@ -106,6 +106,25 @@ int put_group(int slot, int number, bool anew) {
   return put_file(name.c_str(), contents, {.rank = with_all_members, .anew = anew});
 }
 
+/// The errno of the first group file that could not be read, 0 for none.
+int first_read_error() {
+  int error = 0;
+  for (int number = 0; number < group_count && error == 0; ++number) {
+    error = read_error(program_path(group_name(number)));
+  }
+  return error;
+}
+
+/// For a rescue beside a group file that could not be read: no other group takes its number.
+int put_under_old_numbers() {
+  int error = 0;
+  for (int slot = 0; slot < group_count && error == 0; ++slot) {
+    const Group& group = INI.group[slot];
+    if (!group.Name.empty()) error = put_file(group_name(slot).c_str(), format_group(group));
+  }
+  return error;
+}
+
 }  // namespace
 
 int LoadGroupsINI() {
@@ -118,10 +137,8 @@ int LoadGroupsINI() {
 }
 
 int SaveGroupsINI() {
-  for (int number = 0; number < group_count; ++number) {
-    const int error = read_error(program_path(group_name(number)));
-    if (error != 0) return error;
-  }
+  const int unread = first_read_error();
+  if (unread != 0) return rescuing() ? put_under_old_numbers() : unread;
   int written = 0;
   bool anew = false;  // a group that is not in use deletes the file that the next one gets
   for (int slot = 0; slot < group_count; ++slot) {

@@ -44,6 +44,8 @@ int read_error(const std::string& path) {
   return file == nullptr || file->error == ENOENT ? 0 : file->error;
 }
 
+bool is_known(const std::string& path) { return find(path) != nullptr; }
+
 bool changed_since_read(const std::string& path, const struct stat& now) {
   const KnownFile* const file = find(path);
   if (file == nullptr) return false;

@@ -20,7 +20,10 @@ LineReader::~LineReader() {
 struct stat LineReader::identify() {
   struct stat info = {};
   if (fd_ >= 0 && fstat(fd_, &info) != 0) error_ = errno;
+  constexpr off_t most_of_a_device = 65536;  // which may have no end
   if (S_ISREG(info.st_mode) && info.st_size > 0) left_ = info.st_size;
+  device_ = S_ISCHR(info.st_mode);
+  if (device_) left_ = most_of_a_device;
   if (S_ISFIFO(info.st_mode)) error_ = ESPIPE;
   return info;
 }
@@ -33,6 +36,7 @@ bool LineReader::refill() {
   } while (got < 0 && errno == EINTR);
   if (got < 0) error_ = errno;
   if (got > 0 && left_ > 0) left_ -= std::min<off_t>(left_, got);
+  if (got > 0 && left_ == 0 && device_) error_ = EFBIG;
   at_ = 0;
   end_ = got > 0 ? static_cast<std::size_t>(got) : 0;
   ended_ = end_ == 0;

@@ -16,8 +16,8 @@ class LineReader {
 
   bool opened() const { return fd_ >= 0; }
 
-  /// 0, or the errno of what kept the file from being opened or read to its end. A pipe has no end
-  /// to read to (ESPIPE).
+  /// 0, or the errno of what kept the file from being opened or read to its end. After
+  /// `identify`, a pipe has no end to read to (ESPIPE), and a device none that comes soon (EFBIG).
   int error() const { return error_; }
 
   /// What the file is, as fstat says it; all zero when it is not open. Saves the call that would
@@ -36,6 +36,7 @@ class LineReader {
   int fd_;
   int error_ = 0;
   bool ended_ = false;
+  bool device_ = false;
   off_t left_ = -1;       // bytes that are still to come, -1 when nobody knows
   bool has_nul_ = false;  // without a NUL byte no line has to be searched for its end
   std::size_t at_ = 0;

@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdlib>
 #include <ctime>
+#include <new>
 
 #include "config/attributes.h"
 #include "config/descriptor.h"
@@ -114,7 +115,8 @@ std::string dated(const std::string& path) {
 /// Whether a file that may be written may yet not be swapped.
 bool cannot_swap(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == EINVAL ||
-         error == ENOSYS || error == EOPNOTSUPP || error == ENAMETOOLONG;
+         error == ENOSYS || error == EOPNOTSUPP || error == ENAMETOOLONG || error == ERANGE ||
+         error == E2BIG;
 }
 
 /// Whether the disk, not a file, is in the way.
@@ -132,8 +134,8 @@ bool may_stay(int error) {
 
 struct FileUnit::Staged {
   std::string path;       // the name that was asked for
-  std::string target;     // the name behind its links
-  std::string temporary;  // of the new file, without one it is written in place or deleted
+  std::string target;     // the name that its links lead to
+  std::string temporary;  // of the new file; empty for a file that is deleted or written in place
   std::string contents;   // to be written in place
   std::string before;     // what was there
   bool known = false;     // `before` was read
@@ -141,7 +143,9 @@ struct FileUnit::Staged {
   struct stat info = {};  // of `old`
   Replacement how = {};
   int owner = 0;
-  bool again = false;  // another file of the unit has the same name and comes before
+  bool again = false;    // another file of the unit has the same name and comes before
+  bool foreign = false;  // somebody else has changed the file since it was read
+  bool stays = false;    // the file cannot be deleted
   bool deleted = false;
 
   bool existed() const { return old.fd >= 0; }
@@ -162,9 +166,9 @@ FileUnit::~FileUnit() {
 
 // --- Staging ------------------------------------------------------------------------------------
 
-/// Opens the old file and finds the name behind its links. Somebody who may write the folder could
-/// exchange file and link meanwhile, so that the new file would get the owner of one file and the
-/// place of another. Then the next attempt sees one of the two.
+/// Opens the old file and finds the name that its links lead to. Somebody who may write the folder
+/// could exchange file and link between the two steps. The new file would then get the owner of one
+/// file and the place of the other. So both are compared, and another attempt follows.
 int FileUnit::open_old(Staged& file) {
   // Opening for writing fails exactly where the file may not be written, and harms nothing.
   const int access = file.how.anew ? O_RDONLY | O_NOFOLLOW : O_WRONLY;
@@ -199,8 +203,13 @@ int FileUnit::stage_swap(Staged& file, std::string_view contents) {
   const bool takes_over = file.existed() && !file.how.anew;
   const bool has_model = !takes_over && !file.how.model.empty();
   const Descriptor model(has_model ? open(file.how.model.c_str(), O_RDONLY | open_flags) : -1);
-  int error = takes_over ? take_over_attributes(fresh.fd, file.old.fd, file.info)
-                         : take_model_attributes(fresh.fd, model.fd);
+  int error = 0;
+  try {
+    error = takes_over ? take_over_attributes(fresh.fd, file.old.fd, file.info)
+                       : take_model_attributes(fresh.fd, model.fd);
+  } catch (const std::bad_alloc&) {
+    error = ENOMEM;
+  }
   if (error == 0) {
     error = write_out(fresh, contents);
     write_failed_ = error != 0;
@@ -235,6 +244,8 @@ int FileUnit::stage(const std::string& path, std::string_view contents, const Re
   const auto earlier = std::find_if(staged_.begin(), staged_.end(),
                                     [&](const Staged& other) { return other.path == path; });
   file.again = earlier != staged_.end();
+  struct stat found = {};
+  file.foreign = stat(path.c_str(), &found) == 0 && changed_since_read(path, found);
   int error = open_old(file);
   if (error != 0) return give_up(path, error);
   if (static_cast<std::size_t>(file.info.st_size) == contents.size()) read_before(file);
@@ -246,7 +257,7 @@ int FileUnit::stage(const std::string& path, std::string_view contents, const Re
   if (!in_place) {
     error = stage_swap(file, contents);
     if (error != 0 && how.anew && cannot_swap(error)) {
-      // The old name cannot be removed either, so the file behind it is written.
+      // The old name cannot be removed either, so the file that it leads to is written.
       Replacement followed = how;
       followed.anew = false;
       return stage(path, contents, followed);
@@ -271,29 +282,59 @@ void FileUnit::stage_deletion(const std::string& path, int rank) {
   file.path = file.target = path;
   file.how.rank = rank;
   file.owner = owner_;
+  struct stat found = {};
+  file.foreign = stat(path.c_str(), &found) == 0 && changed_since_read(path, found);
   file.deleted = true;
   staged_.push_back(std::move(file));
 }
 
 // --- Swapping -----------------------------------------------------------------------------------
 
-/// Keeps a file that somebody else has changed, before it is replaced or deleted.
-int FileUnit::keep_foreign(const Staged& file) {
+/// Whether the file is not the one that was read. Opening it for writing may change its times (an
+/// overlay copies it), so what was found before that counts, and later the bytes only.
+bool FileUnit::is_foreign(const Staged& file) {
   struct stat now = {};
-  if (file.again || lstat(file.target.c_str(), &now) != 0 || !S_ISREG(now.st_mode) ||
-      !changed_since_read(file.path, now)) {
-    return 0;
-  }
+  if (file.again || lstat(file.target.c_str(), &now) != 0 || !S_ISREG(now.st_mode)) return false;
+  const bool changed = file.existed() && (now.st_size != file.info.st_size ||
+                                          now.st_mtim.tv_sec != file.info.st_mtim.tv_sec ||
+                                          now.st_mtim.tv_nsec != file.info.st_mtim.tv_nsec);
+  return file.foreign || (is_known(file.path) && changed);
+}
+
+/// Keeps a file that somebody else has changed. Returns 0 or errno.
+int FileUnit::keep(const Staged& file) {
   const std::string name = dated(file.target);
   const bool in_place = file.temporary.empty() && !file.deleted;
   if (in_place || link(file.target.c_str(), name.c_str()) != 0) {
-    // There are no further names on some file systems, and a file in place would change under both.
+    // Some file systems have no further names. A file in place would change under both names.
     const int error = copy_file(file.target, name);
     if (error != 0) return error;
   }
   kept_.push_back(name_of(file.path) + " was changed by somebody else meanwhile: kept as " +
                   name_of(name));
+  note_change(file.target);
   return 0;
+}
+
+/// Keeps all files that somebody else has changed, before the first one is replaced.
+int FileUnit::keep_foreign(int& owner) {
+  for (Staged& file : staged_) {
+    owner = file.owner;
+    file.foreign = is_foreign(file);
+    const int error = file.foreign ? keep(file) : 0;
+    // A file that may not be deleted stays anyway.
+    file.stays = file.deleted && error != 0 && may_stay(error);
+    if (error != 0 && !file.stays) return error;
+  }
+  return kept_.empty() ? 0 : flush_folders();
+}
+
+/// Notes that the folder of a file has to be flushed.
+void FileUnit::note_change(const std::string& target) {
+  const std::string folder = folder_of(target);
+  if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end()) {
+    folders_.push_back(folder);
+  }
 }
 
 /// Puts the new file in the place of the old one.
@@ -302,14 +343,15 @@ int FileUnit::put(Staged& file) {
   const bool there = lstat(file.target.c_str(), &now) == 0;
   if (!there && errno != ENOENT) return errno;
   const bool is_old = there && file.existed() && same_file(now, file.info);
-  // The new file has owner and permissions of another one.
+  // The new file has the owner and permissions of the file that was opened. This is another file.
   if (there && file.existed() && !is_old && !file.how.anew && !file.again) return EBUSY;
   if (rename(file.temporary.c_str(), file.target.c_str()) == 0) {
     file.temporary.clear();
     return 0;
   }
   int error = errno;
-  if (!is_old || file.how.anew || !cannot_swap(error)) return error;
+  // Writing in place would change a kept file under its other name.
+  if (!is_old || file.how.anew || file.foreign || !cannot_swap(error)) return error;
   // A mount point, for instance, shows itself only now.
   const Descriptor fresh(open(file.temporary.c_str(), O_RDONLY | open_flags));
   if (fresh.fd < 0) return errno;
@@ -322,15 +364,11 @@ int FileUnit::put(Staged& file) {
 
 /// Swaps or deletes one file.
 int FileUnit::apply(Staged& file) {
-  int error = keep_foreign(file);
-  if (error == 0 && !file.deleted) error = put(file);
+  const int error = file.deleted ? 0 : put(file);
   if (error != 0) return error;
   if (file.deleted && unlink(file.target.c_str()) != 0) return may_stay(errno) ? 0 : errno;
   note_written(file.path);
-  const std::string folder = folder_of(file.target);
-  if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end()) {
-    folders_.push_back(folder);
-  }
+  note_change(file.target);
   return 0;
 }
 
@@ -350,8 +388,7 @@ int FileUnit::overwrite_all(int& owner) {
     Staged& file = staged_[i];
     if (file.deleted || !file.temporary.empty()) continue;
     owner = file.owner;
-    int error = keep_foreign(file);
-    if (error == 0) error = write_from_start(file.old.fd, file.contents, file.regular());
+    const int error = write_from_start(file.old.fd, file.contents, file.regular());
     if (error == 0) {
       note_written(file.path);
       continue;
@@ -370,24 +407,19 @@ int FileUnit::overwrite_all(int& owner) {
 int FileUnit::swap(int& owner) {
   std::stable_sort(staged_.begin(), staged_.end(),
                    [](const Staged& a, const Staged& b) { return a.how.rank < b.how.rank; });
-  int error = overwrite_all(owner);
+  int error = keep_foreign(owner);
+  if (error == 0) error = overwrite_all(owner);
   int rank = staged_.empty() ? 0 : staged_.front().how.rank;
   for (std::size_t i = 0; error == 0 && i < staged_.size(); ++i) {
     Staged& file = staged_[i];
     owner = file.owner;
     if (file.how.ordered || file.how.rank != rank) error = flush_folders();
     rank = file.how.rank;
-    if (error == 0 && (file.deleted || !file.temporary.empty())) error = apply(file);
+    const bool in_place = !file.deleted && file.temporary.empty();
+    if (error == 0 && !in_place && !file.stays) error = apply(file);
   }
   const int flush_error = flush_folders();
   return error != 0 ? error : flush_error;
-}
-
-int replace_file(const std::string& path, std::string_view contents) {
-  FileUnit unit;
-  int owner = 0;
-  const int error = unit.stage(path, contents, {});
-  return error != 0 ? error : unit.swap(owner);
 }
 
 int create_file(const std::string& path, std::string_view contents) {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-/// The one place where files are replaced, alone or several as one unit.
+/// The one place where files are replaced, as one unit.
 ///
 /// Whoever reads a file meanwhile, and whoever finds it after a loss of power, sees the old
 /// contents or the new ones, whole: the new file is written beside the old one under a temporary
@@ -29,13 +29,10 @@ struct Replacement {
   bool ordered = false;
   /// The name gets a new regular file, whatever it was before, a link included.
   bool anew = false;
-  /// Whose owner, group and permissions a file gets that did not exist; the umask decides without.
+  /// A file that did not exist gets owner, group and permissions of this file. Without a model the
+  /// umask decides.
   std::string model = {};
 };
-
-/// Replaces one file, or creates it. Returns 0, or the errno of the step that failed; then the old
-/// contents stand and no temporary file is left. The folder is flushed too.
-int replace_file(const std::string& path, std::string_view contents);
 
 /// Files that are replaced together. First every file is staged: it is written under its temporary
 /// name and flushed. Then all are swapped in one burst and the folders are flushed.
@@ -76,7 +73,10 @@ class FileUnit {
   int stage_swap(Staged& file, std::string_view contents);
   void drop(const std::string& path);
   int give_up(const std::string& path, int error);
-  int keep_foreign(const Staged& file);
+  static bool is_foreign(const Staged& file);
+  int keep(const Staged& file);
+  int keep_foreign(int& owner);
+  void note_change(const std::string& target);
   static int put(Staged& file);
   int apply(Staged& file);
   int overwrite_all(int& owner);

@@ -25,12 +25,11 @@ void remove_folder(const std::string& path) {
 
 /// Fills a fresh folder in `parent` and appends its name to it. Returns 0 or errno; then there is
 /// no such folder.
-int fill_folder(std::string& parent, void (*write_all)()) {
+int fill_folder(std::string& parent, int (*write_all)()) {
   std::string folder = parent + "/harrier-rescue-XXXXXX";
   if (mkdtemp(folder.data()) == nullptr) return errno;
   const PutIntoFolder destination(folder);
-  write_all();
-  int error = destination.error();
+  int error = write_all();
   if (error == 0) error = sync_folder(folder + "/");
   if (error == 0) error = sync_folder(folder);
   if (error != 0) remove_folder(folder);
@@ -40,7 +39,7 @@ int fill_folder(std::string& parent, void (*write_all)()) {
 
 }  // namespace
 
-std::string rescue_files(void (*write_all)()) {
+std::string rescue_files(int (*write_all)()) {
   int error = 0;
   const char* const places[] = {std::getenv("TMPDIR"), "/var/tmp", std::getenv("HOME")};
   for (const char* const place : places) {

@@ -66,9 +66,11 @@ int stage_all(FileUnit& unit, int& writer) {
   return error;
 }
 
-/// Of what could not be saved, writes everything that can be written.
-void write_all() {
-  for (const Writer& writer : writers) guarded(writer.save);
+/// Calls every writer. Returns the error of the first that fails.
+int write_all() {
+  int error = 0;
+  for (int i = 0; i < std::ssize(writers) && error == 0; ++i) error = guarded(writers[i].save);
+  return error;
 }
 
 void report_failure(int writer, int error) {
@@ -127,7 +129,7 @@ int SaveINI() {
       writer = swapped;
     }
   }
-  kept_files = unit.kept();
+  guarded([&] { return kept_files = unit.kept(), 0; });
   if (error != 0) guarded([&] { return report_failure(writer, error), 0; });
   return error;
 }

@@ -15,8 +15,8 @@ extern std::int32_t DataChanged;
 void copy_record(Record& to, const Record& from);
 
 /// Clears `INI`, reads every file of the configuration into it and copies it to `INI1`. Returns 0,
-/// or 1 when the main file cannot be opened; then `INI1` stays as it is. Other files may be
-/// missing.
+/// or 1 when the main file cannot be opened or read to its end; then `INI1` stays as it is. Other
+/// files may be missing.
 int LoadINI();
 
 /// Writes every file from `INI` as one unit. Returns 0 when all were written. After a failure it

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// The numbers of the texts in a language file, by name: screens write LangText[text::yes].
+/// The numbers of the texts in a language file, by name: screens write shown_text(text::yes).
 /// `lang/texts.inc` lists them.
 namespace text {
 

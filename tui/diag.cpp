@@ -29,8 +29,11 @@ void printfc(const char* text) {
   struct sigaction before = {};
   ignore.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &ignore, &before);
+  struct sigaction before_limit = {};
+  sigaction(SIGXFSZ, &ignore, &before_limit);
   // A diagnostic that cannot be written is lost on purpose: there is nowhere left to report it.
   [[maybe_unused]] const ssize_t written = write(log, text, std::strlen(text));
   sigaction(SIGPIPE, &before, nullptr);
+  sigaction(SIGXFSZ, &before_limit, nullptr);
   close(log);
 }
