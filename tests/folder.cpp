@@ -99,12 +99,12 @@ Folder::Files Folder::files() const {
   return files;
 }
 
-void Folder::hold(const Files& wanted) const {
-  const Files present = files();
+void Folder::hold(const Files& files) const {
+  const Files present = this->files();
   for (const auto& [name, bytes] : present) {
-    if (!wanted.contains(name)) remove(name);
+    if (!files.contains(name)) remove(name);
   }
-  for (const auto& [name, bytes] : wanted) {
+  for (const auto& [name, bytes] : files) {
     if (!present.contains(name) || present.at(name) != bytes) write(name, bytes);
   }
 }

@@ -106,13 +106,13 @@ void work_after(const Folder& folder, const std::string& cell, const std::string
   const std::size_t mark = std::min(cell.find('@'), cell.size());
   if (!run(folder, cell.substr(0, mark) + "\n" + last)) _exit(254);
   char call[32] = "";
-  char file[32] = "";
+  char file[32] = "*";
   int length = 0;
-  std::sscanf(cell.c_str() + mark, "@ %31s %31s %n", call, file, &length);
+  std::sscanf(cell.c_str() + mark, "@ %31s %30s %n", call, file + 1, &length);
   std::string event = cell.substr(mark + static_cast<std::size_t>(length));
   const int error = error_named(event);
   const auto watch = [&](const Call& c) {
-    if (c.name != call || c.path.find(file) == std::string::npos || event.empty()) return 0;
+    if (c.name != call || fnmatch(file, c.path.c_str(), 0) != 0 || event.empty()) return 0;
     if (error == 0 && !run(folder, std::exchange(event, ""))) _exit(254);
     return error;
   };
@@ -158,7 +158,7 @@ TEST(Saving, SparesKeepsAndRefuses) {
     EXPECT_EQ(fnmatch(line[5].c_str(), output.c_str(), 0), 0) << output;
     const std::string rescued = rescued_to(output);
     EXPECT_TRUE(
-        run(folder, "rescued='" + rescued + "'\n" + line[6] + "\n! ls -d *.ini.?????? 2>&-"));
+        run(folder, "rescued='" + rescued + "'\n" + line[6] + "\nno ls -d *.ini.?????? 2>&-"));
     fs::remove_all(rescued);
   }
 }
@@ -178,7 +178,8 @@ Files configuration(bool numbers_move) {
   std::string values = numbers_move ? "UPS_00.Name=\"leaves\"" : "UPS_00.Name=\"stays\"";
   for (const char* const name : {"0/stays", "1/stays", "2/leaves", "3/stays", "4/leaves"}) {
     const std::string file = "; group_0" + std::string(name, 1) + ".ini:";
-    values += file + "Common.Name=\"" + (name + 2) + '"' + file + "UPS.UPS_00=2; UPS_01=3";
+    values.append(file).append("Common.Name=\"").append(name + 2).append("\"");
+    values.append(file).append("UPS.UPS_00=2; UPS_01=3");
   }
   Files files = demo_with(values);
   files.erase("jobsSTS.ini");
@@ -294,8 +295,8 @@ TEST_P(FailedSave, LeavesEveryFileOldOrNewAndRescuesAll) {
       }
       EXPECT_TRUE(rescue.files().empty());
     }
-    const std::string swap = "KestrelJobsJobsSTSGroups";
-    const std::string all = swap + (numbers_move ? "SensorGroups" : "Sensor") + swap;
+    std::string all = "KestrelJobsJobsSTSGroupsSensor";
+    all.append(numbers_move ? "Groups" : "").append("KestrelJobsJobsSTSGroups");
     EXPECT_EQ(failing, kind < 0 ? "" : all) << kind;
   }
   EXPECT_TRUE(fs::is_symlink(folder.path("jobs.ini")));

@@ -19,6 +19,8 @@ swapped() { ! in_place "$1"; }
 # Skips the row where the file system cannot do what is asked.
 needs() { "$@" 2>/dev/null || { touch rescue/.skip && exit 1; }; }
 
+# "!" would hide the failure of a check.
+no() { ! "$@"; }
 mode() { test "$(stat -c %a "$2")" = "$1"; }
 # Whether a save has changed the contents of the files.
 old() { ! grep -l -e changed -e 4711 "$@"; }
