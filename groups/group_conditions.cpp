@@ -33,7 +33,7 @@ std::string type_name(unsigned type) {
   if (type == type_redundancy_lost) return shown_text(text::redundancy_lost);
   if (type == type_redundancy_restored) return shown_text(text::redundancy_restored);
   const unsigned number = text::condition_base + type;
-  return number < text_count ? shown_text(number) : "";
+  return number < text_count ? shown_text(static_cast<int>(number)) : "";
 }
 
 // --- The choice of a type: two pages ------------------------------------------------------------

@@ -90,6 +90,15 @@ struct Row {
   bool bracketed = false;
   bool leaving = false;
 
+  /// This row with one member changed. "auto" has clang 14 read the body at once: it refuses the
+  /// constant tables otherwise.
+  template <typename T>
+  constexpr auto with(T Row::*member, T changed) const {
+    Row row = *this;
+    row.*member = changed;
+    return row;
+  }
+
   /// The line is there only if `test` holds. A line that is not there has no item number either.
   constexpr Row present_if(Test test) const { return with(&Row::present, test); }
   /// The arrow rests here only if `test` holds. Otherwise the label is dim and has no value.
@@ -114,14 +123,6 @@ struct Row {
   constexpr Row on_off() const { return with(&Row::flag_words, FlagWords::on_off); }
   /// Shows the first letter of yes and no.
   constexpr Row one_letter() const { return with(&Row::flag_words, FlagWords::yes_no_letter); }
-
- private:
-  template <typename T>
-  constexpr Row with(T Row::*member, T changed) const {
-    Row row = *this;
-    row.*member = changed;
-    return row;
-  }
 };
 
 // The arguments of a builder stand in the order in which the eye meets them.
