@@ -34,8 +34,9 @@ constexpr std::string_view answers[][2] = {
 /// Presses keys at random, the same ones every time. HARRIER_MONKEY_KEYS makes them more.
 class AnyKeys : public testing::TestWithParam<int> {
  protected:
-  int dice(std::size_t sides) { return static_cast<int>(random_() % sides); }
-  const auto& one_of(const auto& things) { return things[dice(std::size(things))]; }
+  std::size_t any_of(std::size_t count) { return random_() % count; }
+  int dice(int sides) { return static_cast<int>(any_of(static_cast<std::size_t>(sides))); }
+  const auto& one_of(const auto& things) { return things[any_of(std::size(things))]; }
 
   std::string presses(std::string_view key, int most) {
     std::string keys;

@@ -95,8 +95,8 @@ class Operator {
   bool shows(std::string_view text);
   void expect(std::string_view text);  // waits until the screen shows it, over pauses too
 
-  /// What a cell, numbered from 1, showed when the terminal was last looked at. Waits for nothing, so
-  /// that all cells belong to one screen.
+  /// What a cell, numbered from 1, showed when the terminal was last looked at. Waits for nothing,
+  /// so that all cells belong to one screen.
   Cell cell(int row, int col) const;
   void settle();
 
@@ -114,7 +114,8 @@ class Operator {
   int cols() const { return cols_; }
   void signal(int number);  // to the program alone
 
-  /// Pulls the terminal away: the input ends. No shell passes a SIGHUP on; that is `signal(SIGHUP)`.
+  /// Pulls the terminal away: the input ends. No shell passes a SIGHUP on; that is
+  /// `signal(SIGHUP)`.
   void hang_up();
 
   bool stopped();  // waits until the program is stopped by a signal

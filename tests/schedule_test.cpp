@@ -12,8 +12,8 @@
 
 namespace {
 
-enum { codes, moments, clock_changes };
-std::vector<Line> lines(int table) { return read_tables("schedule.txt").at(table).lines; }
+enum Part : std::size_t { codes, moments, clock_changes };
+std::vector<Line> lines(Part table) { return read_tables("schedule.txt").at(table).lines; }
 
 /// "03.07.2030 06:30:59" in a zone; 0 for no time.
 std::int64_t seconds_of(const std::string& time, const char* where = "Europe/Prague") {

@@ -172,7 +172,7 @@ std::string arrow_path(Operator& op) {
   int row = first + 1;
   std::string path = "1";
   for (const bool down : {true, false}) {
-    for (int steps = 0; steps < screen_rows; ++steps) {  // an arrow in a circle never stops
+    for (int moves = 0; moves < screen_rows; ++moves) {  // an arrow in a circle never stops
       down ? op.down() : op.up();
       if (op.arrow() == row) break;
       row = op.arrow();
