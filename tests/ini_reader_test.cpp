@@ -24,7 +24,8 @@ std::string values_of(const Family& family, char* entry, const std::string& sect
     std::string value = field.kind == Kind::text ? std::string(bytes_at(field, entry), field.width)
                                                  : std::to_string(number_at(field, entry));
     value.erase(value.find_last_not_of('\0') + 1);
-    if (!value.empty() && value != "0") out += section + "." + field.key + "=" + value + "\n";
+    if (value.empty() || value == "0") continue;
+    out.append(section).append(".").append(field.key).append("=").append(value).append("\n");
   }
   return out;
 }
@@ -39,8 +40,9 @@ std::string loaded() {
       for (const Family& family : families_of(file)) {
         char* entry = reinterpret_cast<char*>(&INI) + family.offset + group * sizeof(Group);
         for (int i = 0; i < family.stored; ++i, entry += family.size) {
-          const std::string digits = family.count == 0 ? "" : format("%02d", i);
-          out += values_of(family, entry, name + family.name + digits);
+          std::string section = name;
+          section.append(family.name).append(family.count == 0 ? "" : format("%02d", i));
+          out += values_of(family, entry, section);
         }
       }
     }
