@@ -154,8 +154,8 @@ struct FileUnit::Staged {
 
 FileUnit::FileUnit() {
   constexpr std::size_t most_files = 32;
-  staged_.reserve(
-      most_files);  // so that no file is lost for want of memory once it has been staged
+  // Once a file has been staged, a lack of memory must not lose it.
+  staged_.reserve(most_files);
 }
 
 FileUnit::~FileUnit() {
@@ -295,10 +295,11 @@ void FileUnit::stage_deletion(const std::string& path, int rank) {
 bool FileUnit::is_foreign(const Staged& file) {
   struct stat now = {};
   if (file.again || lstat(file.target.c_str(), &now) != 0 || !S_ISREG(now.st_mode)) return false;
+  const bool appeared = !file.existed() && !file.how.anew && !file.deleted;
   const bool changed = file.existed() && (now.st_size != file.info.st_size ||
                                           now.st_mtim.tv_sec != file.info.st_mtim.tv_sec ||
                                           now.st_mtim.tv_nsec != file.info.st_mtim.tv_nsec);
-  return file.foreign || (is_known(file.path) && changed);
+  return file.foreign || (is_known(file.path) && (appeared || changed));
 }
 
 /// Keeps a file that somebody else has changed. Returns 0 or errno.
