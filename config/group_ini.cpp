@@ -12,13 +12,6 @@
 
 namespace {
 
-std::string group_name(int number) {
-  std::string name = "group_xx.ini";
-  name[6] = static_cast<char>('0' + number / 10);
-  name[7] = static_cast<char>('0' + number % 10);
-  return name;
-}
-
 // The order of a save, by rank. Usually all files are swapped at once, and a deletion comes last.
 // After a UPS has been deleted the UPSs after it have other numbers in the new kestrel.ini, and a
 // number can have gone to another UPS, so a group file fits either the old one or the new one.
@@ -29,11 +22,11 @@ enum Rank { without_moved_members = -2, early_deletion, usual, with_all_members,
 /// Section `UPS`: the members of the group, under the first keys.
 void write_members(std::string& out, const Family& family, const Group& group) {
   write_section_header(out, family, 0);
-  std::size_t used = 0;
-  for (const Field& member : family.fields) {
-    if (number_at(member, &group) == 0) continue;
-    Field named = member;
-    named.key = family.fields[used++].key;
+  for (int slot = 0; slot < member_count; ++slot) {
+    const int key = saved_member(group, slot);
+    if (key < 0) continue;
+    Field named = family.fields[static_cast<std::size_t>(slot)];
+    named.key = family.fields[static_cast<std::size_t>(key)].key;
     write_field(out, named, &group);
   }
   out += '\n';
@@ -94,7 +87,7 @@ int put_group(int slot, int number, bool anew) {
   const Group& group = INI.group[slot];
   // The group that this file holds has moved to a lower number: its new file goes first.
   const bool ordered = slot != number && !INI.group[number].Name.empty();
-  const std::string name = group_name(number);
+  const std::string name = group_file_name(number);
   const std::string contents = format_group(group);
   if (!numbers_move()) {
     return put_file(name.c_str(), contents, {.rank = usual, .ordered = ordered, .anew = anew});
@@ -110,7 +103,7 @@ int put_group(int slot, int number, bool anew) {
 int first_read_error() {
   int error = 0;
   for (int number = 0; number < group_count && error == 0; ++number) {
-    error = read_error(program_path(group_name(number)));
+    error = read_error(program_path(group_file_name(number)));
   }
   return error;
 }
@@ -120,7 +113,7 @@ int put_under_old_numbers() {
   int error = 0;
   for (int slot = 0; slot < group_count && error == 0; ++slot) {
     const Group& group = INI.group[slot];
-    if (!group.Name.empty()) error = put_file(group_name(slot).c_str(), format_group(group));
+    if (!group.Name.empty()) error = put_file(group_file_name(slot).c_str(), format_group(group));
   }
   return error;
 }
@@ -131,7 +124,7 @@ int LoadGroupsINI() {
   for (int slot = 0; slot < ups_count; ++slot) loaded_ups[slot] = INI.ups[slot];
   int result = 0;
   for (g_index = 0; g_index < group_count; ++g_index) {
-    result = EncodeINIFile(group_file, program_path(group_name(g_index)).c_str());
+    result = EncodeINIFile(group_file, program_path(group_file_name(g_index)).c_str());
   }
   return result;
 }
@@ -139,15 +132,40 @@ int LoadGroupsINI() {
 int SaveGroupsINI() {
   const int unread = first_read_error();
   if (unread != 0) return rescuing() ? put_under_old_numbers() : unread;
-  int written = 0;
+  const GroupFiles files = group_files_of_save();
   bool anew = false;  // a group that is not in use deletes the file that the next one gets
   for (int slot = 0; slot < group_count; ++slot) {
-    const bool used = !INI.group[slot].Name.empty();
-    const int error = used ? put_group(slot, written++, anew) : 0;
+    const bool used = files.number[slot] >= 0;
+    const int error = used ? put_group(slot, files.number[slot], anew) : 0;
     if (error != 0) return error;
     anew = !used;
   }
-  return anew ? delete_file(group_name(written).c_str(),
-                            numbers_move() ? early_deletion : late_deletion)
-              : 0;
+  if (files.deleted < 0) return 0;
+  return delete_file(group_file_name(files.deleted).c_str(),
+                     numbers_move() ? early_deletion : late_deletion);
+}
+
+GroupFiles group_files_of_save() {
+  GroupFiles files = {};
+  int written = 0;
+  for (int slot = 0; slot < group_count; ++slot) {
+    const bool used = !INI.group[slot].Name.empty();
+    // Any file that an earlier group deletes is written again by a later one.
+    files.deleted = used ? -1 : written;
+    files.number[slot] = used ? written++ : -1;
+  }
+  return files;
+}
+
+int saved_member(const Group& group, int slot) {
+  if (group.UPS[slot] == 0) return -1;
+  return static_cast<int>(
+      std::count_if(group.UPS, group.UPS + slot, [](std::uint16_t member) { return member != 0; }));
+}
+
+std::string group_file_name(int number) {
+  std::string name = "group_xx.ini";
+  name[6] = static_cast<char>('0' + number / 10);
+  name[7] = static_cast<char>('0' + number % 10);
+  return name;
 }

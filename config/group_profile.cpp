@@ -14,6 +14,8 @@
 #include "config/signals_held.h"
 #include "tui/diag.h"
 
+void (*record_listener)(int number, std::size_t size) = nullptr;
+
 namespace {
 
 constexpr char not_opened[] = "\nCannot open file! ";
@@ -29,24 +31,28 @@ int fail_to_open(int error) {
   return error;
 }
 
-/// Reads a record; returns whether it was there as a whole.
-bool read_record(int file, GroupEvent& event) {
+/// Reads a record. Returns how many of its bytes were there.
+std::size_t read_record(int file, GroupEvent& event) {
   char* const bytes = reinterpret_cast<char*>(&event);
-  for (std::size_t filled = 0; filled < sizeof event;) {
+  std::size_t filled = 0;
+  while (filled < sizeof event) {
     const ssize_t got = read(file, bytes + filled, sizeof event - filled);
     if (got > 0) {
       filled += static_cast<std::size_t>(got);
     } else if (got == 0 || errno != EINTR) {
-      return false;
+      break;
     }
   }
-  return true;
+  return filled;
 }
 
 void read_records(int file, GroupEvent (&events)[event_count]) {
   const bool foreign_order = test_big_endian() != 0;
+  int number = 0;
   for (GroupEvent& event : events) {
-    if (!read_record(file, event)) {
+    const std::size_t size = read_record(file, event);
+    if (record_listener != nullptr) record_listener(number++, size);
+    if (size != sizeof event) {
       std::memset(&event, 0, sizeof event);
       printfc(not_read);
       return;

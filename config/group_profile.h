@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "config/record.h"
@@ -18,6 +19,10 @@
 /// a message and an empty event, and a profile of 64 or more with the message that there is no more
 /// room. A folder cannot be opened (EISDIR). Never waits: a pipe is read as far as it is filled.
 int LoadGroupProfile(const char* path, GroupEvent (&events)[event_count]);
+
+/// Is told of each record that `LoadGroupProfile` reads: its number from 0 on and how many of its
+/// bytes were there. Null unless somebody wants to know; the editor does not.
+extern void (*record_listener)(int number, std::size_t size);
 
 /// Writes the events in use to the profile `path`. Returns 0 or errno. After an error an old
 /// profile keeps its contents, and nothing of a new one is left, unless nothing but the flush of

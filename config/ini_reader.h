@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+
+#include "config/fields.h"
 
 /// The reader of every text file of the service.
 ///
@@ -30,3 +33,31 @@ int EncodeINIFile(int file, const char* path);
 /// is cut to the width of its field. A number is read as `atoi` does and cut to the 8 or 16 bits of
 /// its field. A value without a place in the record is dropped.
 void FillVar(int file, int section, int key);
+
+/// What the reader made of a piece of a line.
+enum class Fate : std::uint8_t {
+  skipped,      // it is empty, or begins with ";", a blank or BEL
+  opened,       // the header of a section that the file can have
+  not_opened,   // the header of another section, or a header without "]"
+  orphan,       // it stands before the first header of the run
+  no_key,       // it has no "="
+  unknown_key,  // in the row of key names that was in use
+  no_room,      // the record has no place for the value
+  taken,        // the value is in the record
+};
+
+/// A piece of a line, as its reader tells it. The views and pointers end with the call.
+struct ReadPiece {
+  int line = 0;            // from 1 on
+  bool continues = false;  // the line was too long, and this is not its first piece
+  std::string_view bytes;  // as they are in the file, with the line feed
+  Fate fate = Fate::skipped;
+  int section = 0;               // the one that is open now
+  int key = -1;                  // of `no_room` and `taken`
+  std::string_view value;        // of these, without quotes
+  const Field* field = nullptr;  // of `taken`
+  const void* entry = nullptr;   // of `taken`: what holds the field, with the value in it
+};
+
+/// Is told of every piece of every file. Null unless somebody wants to know; the editor does not.
+extern void (*piece_listener)(int file, const ReadPiece& piece);

@@ -17,10 +17,6 @@ void append_number(std::string& out, unsigned value) {
   out.append(digits, static_cast<std::size_t>(end - digits));
 }
 
-bool in_use(const Field& first, const void* entry) {
-  return first.kind == Kind::text ? !text_at(first, entry).empty() : number_at(first, entry) != 0;
-}
-
 std::string format_file(int file) {
   std::string out;
   out.reserve(usual_size);
@@ -39,6 +35,12 @@ void keep_defaults(int file) {
 }
 
 }  // namespace
+
+bool is_written(const Family& family, const void* entry) {
+  if (!family.only_used) return true;
+  const Field& first = family.fields[0];
+  return first.kind == Kind::text ? !text_at(first, entry).empty() : number_at(first, entry) != 0;
+}
 
 void write_file_header(std::string& out) {
   out +=
@@ -72,11 +74,7 @@ void write_field(std::string& out, const Field& field, const void* entry) {
 }
 
 void write_family(std::string& out, const Family& family, const void* entries) {
-  int number = 0;
-  for (int i = 0; i < family.stored; ++i) {
-    const char* entry =
-        static_cast<const char*>(entries) + static_cast<std::size_t>(i) * family.size;
-    if (family.only_used && !in_use(family.fields[0], entry)) continue;
+  each_written(family, entries, [&](int, int number, const char* entry) {
     // Large enough for every entry that has defaults.
     alignas(EmailConfig) char filled[sizeof(EmailConfig)];
     if (family.defaults != nullptr) {
@@ -84,10 +82,10 @@ void write_family(std::string& out, const Family& family, const void* entries) {
       family.defaults(filled);
       entry = filled;
     }
-    write_section_header(out, family, number++);
+    write_section_header(out, family, number);
     for (const Field& field : family.fields) write_field(out, field, entry);
     out += '\n';
-  }
+  });
 }
 
 int save_file(int file, const char* name) {

@@ -8,6 +8,22 @@
 /// sections. A section is its header, "key=number" and "key="text"" lines, and an empty line. The
 /// functions `write_...` append to `out`; no file changes before it is formatted as a whole.
 
+/// Whether a save writes this entry of the family. Of a list that leaves out unused entries it
+/// writes those whose first value is neither empty nor 0.
+bool is_written(const Family& family, const void* entry);
+
+/// Calls `visit(index, number, entry)` for each entry of a family that a save writes. `number` is
+/// that of its section then. `entries` is where entry 0 lies.
+template <typename Visit>
+void each_written(const Family& family, const void* entries, Visit visit) {
+  int number = 0;
+  for (int i = 0; i < family.stored; ++i) {
+    const char* entry =
+        static_cast<const char*>(entries) + static_cast<std::size_t>(i) * family.size;
+    if (is_written(family, entry)) visit(i, number++, entry);
+  }
+}
+
 /// Appends the comment lines and the empty line that start a file.
 void write_file_header(std::string& out);
 

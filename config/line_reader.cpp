@@ -59,6 +59,10 @@ bool LineReader::next(char* line, std::size_t limit, std::size_t& length) {
     at_ += taken;
   }
   line[used] = '\0';
+  piece_size_ = used;
+  continues_ = !line_ended_;
+  if (line_ended_) ++line_;
+  line_ended_ = complete;
   length = has_nul_ ? std::strlen(line) : used;
   return used != 0;
 }

@@ -30,6 +30,12 @@ class LineReader {
   /// text. Returns false at the end of the file.
   bool next(char* line, std::size_t limit, std::size_t& length);
 
+  /// About the piece that `next` read last: its bytes (more than `length` when one is NUL), the
+  /// number of its line, from 1 on, and whether the line began with an earlier piece.
+  std::size_t piece_size() const { return piece_size_; }
+  int line() const { return line_; }
+  bool continues() const { return continues_; }
+
  private:
   bool refill();
 
@@ -39,6 +45,10 @@ class LineReader {
   bool device_ = false;
   off_t left_ = -1;       // bytes that are still to come, -1 when nobody knows
   bool has_nul_ = false;  // without a NUL byte no line has to be searched for its end
+  std::size_t piece_size_ = 0;
+  int line_ = 0;
+  bool continues_ = false;
+  bool line_ended_ = true;
   std::size_t at_ = 0;
   std::size_t end_ = 0;
   char buffer_[16384];

@@ -12,6 +12,7 @@
 #include "tui/format.h"
 
 char* LangText[text_count];
+void (*text_listener)(const ReadText& text) = nullptr;
 char LangFileVersion[32];
 char LM[50][100];
 char sys_mess[20][30] = {
@@ -51,12 +52,12 @@ std::string_view header_line(const char* line, std::size_t length) {
   return {line, line[length - 2] == '\r' ? length - 2 : length - 1};
 }
 
-/// Returns what counts of a line of the section, without a line end if it has one.
+/// Returns a line of the section without its line end if it has one.
 std::string_view text_line(const char* line, std::size_t length) {
   std::string_view text(line, length);
   if (text.ends_with('\n')) text.remove_suffix(1);
   if (text.ends_with('\r')) text.remove_suffix(1);
-  return cut_bytes(text, counted);
+  return text;
 }
 
 void note_version(std::string_view line) {
@@ -98,10 +99,14 @@ void load_section(LineReader& file) {
   char line[line_limit + 1];
   std::size_t length;
   for (int number = 0; number < text_count; ++number) {
-    if (!file.next(line, line_limit, length))
+    if (!file.next(line, line_limit, length)) {
       set_default(number);
-    else if (!store_text(number, text_line(line, length)))
-      return;
+      continue;
+    }
+    const std::string_view text = text_line(line, length);
+    const bool stored = store_text(number, cut_bytes(text, counted));
+    if (text_listener != nullptr) text_listener({file.line(), number, text, stored});
+    if (!stored) return;
   }
 }
 

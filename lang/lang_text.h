@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 /// The numbered texts of the menus, and the loader of the files that hold them. `lang/text_ids.h`
 /// names the numbers.
@@ -41,6 +42,17 @@ int AllocText();
 /// Returns 0 when the section was found, 1 when the file cannot be opened, 2 when it does not have
 /// the section. After 1 and 2 no text has changed.
 int LoadText(int program, signed char language);
+
+/// A line of the section, as `LoadText` tells it. The view ends with the call.
+struct ReadText {
+  int line = 0;            // in the file, from 1 on
+  int number = 0;          // of the text that must be here
+  std::string_view bytes;  // without the line end; of a long line its first 298 bytes
+  bool stored = false;     // otherwise the section ends here
+};
+
+/// Is told of every line of the section. Null unless somebody wants to know; the editor does not.
+extern void (*text_listener)(const ReadText& text);
 
 /// Releases the texts. The table must not be read afterwards.
 void FreeText();
