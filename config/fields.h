@@ -23,6 +23,7 @@ struct Field {
   Kind kind = Kind::u8;
   std::uint32_t offset = 0;  // bytes from the start of the entry
   std::uint32_t width = 0;   // bytes in the entry
+  bool is_switch = false;    // 0 or 1
 };
 
 template <typename T>
@@ -64,6 +65,13 @@ consteval Field low_byte(Field field) {
   return field;
 }
 
+/// A number that is a switch.
+consteval Field on_off(Field field) {
+  if (field.kind == Kind::text) throw "a switch is a number";
+  field.is_switch = true;
+  return field;
+}
+
 /// Returns a text field as far as it is filled. `entry` is the start of the entry that holds it.
 std::string_view text_at(const Field& field, const void* entry);
 
@@ -76,4 +84,3 @@ unsigned number_at(const Field& field, const void* entry);
 /// Stores a number, cut to the field's width.
 void set_number_at(const Field& field, void* entry, unsigned value);
 
-#define RECORD_FIELD(block, name) FIELD(Record, block.name)

@@ -133,11 +133,14 @@ int AllocText() {
 
 int LoadText(int program, signed char language) {
   if (program < merlin || program > wren) return 2;
-  const std::string path =
-      program_path(format("%s_%02d.ini", program == skylark ? "lang1" : "lang", language));
-  LineReader file(path.c_str());
+  const char* const family = program == skylark ? "lang1" : "lang";
+  return LoadTextFile(program, program_path(format("%s_%02d.ini", family, language)).c_str());
+}
+
+int LoadTextFile(int program, const char* path) {
+  LineReader file(path);
   if (!file.opened()) {
-    printfc(format("\n\rCannot open file %s ", path.c_str()).c_str());
+    printfc(format("\n\rCannot open file %s ", path).c_str());
     return 1;
   }
   LangFileVersion[0] = '\0';

@@ -43,6 +43,9 @@ int AllocText();
 /// the section. After 1 and 2 no text has changed.
 int LoadText(int program, signed char language);
 
+/// Loads the section of `program` from the file `path`, as `LoadText` does.
+int LoadTextFile(int program, const char* path);
+
 /// A line of the section, as `LoadText` tells it. The view ends with the call.
 struct ReadText {
   int line = 0;            // in the file, from 1 on

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "check/classes.h"
+
+/// What the checks have found.
+
+/// What the sentence of a finding says. The texts hold bytes as they are in the files.
+struct Facts {
+  std::string section = {};  // without brackets
+  std::string key = {};
+  std::string before = {};  // what the file says
+  std::string after = {};   // what becomes of it
+  std::string other = {};   // what else the sentence needs
+};
+
+struct Finding {
+  Class kind;
+  std::string file;  // as the operator called it
+  int line;          // from 1 on
+  Facts facts;
+};
+
+/// All findings of a run.
+extern std::vector<Finding> findings;
+
+void add_finding(Class kind, const std::string& file, int line, Facts facts = {});
+
+/// By file and line; those of one line stay as they were found.
+void sort_findings();
+
+/// The sentence of a finding, fit for a terminal.
+std::string sentence_of(const Finding& finding);
+
+/// How many findings of a level there are.
+int count_of(Level level);
+
+/// The text without what a terminal might obey: control characters and bytes that are not UTF-8
+/// become "\x1b" and the like.
+std::string escaped(std::string_view text);

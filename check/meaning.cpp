@@ -1,0 +1,3 @@
+#include "check/meaning.h"
+
+void check_meaning() {}

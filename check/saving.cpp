@@ -1,0 +1,3 @@
+#include "check/saving.h"
+
+void check_saving() {}
