@@ -106,6 +106,14 @@ struct ScheduleEntry {
   std::int32_t last;  // the minute in which the entry last fired; never stored in a file
 };
 
+/// How the service reaches a UPS: its `Connection`. A file may hold other numbers.
+enum Link : std::uint16_t {
+  serial_link = 0,
+  snmp_link = 2,
+  tcp_ip_link = 3,
+  rfc1628_link = 5,  // SNMP after RFC 1628
+};
+
 /// A UPS slot, in use while `Name` is not empty.
 struct UPS {
   Text<20> Name;
@@ -115,7 +123,7 @@ struct UPS {
   Text<20> IPAddress;
   Text<32> SNMPGetComm;
   Text<32> SNMPSetComm;
-  std::uint16_t Connection;  // 0 serial line, 2 SNMP, 3 TCP/IP, 5 SNMP after RFC 1628
+  std::uint16_t Connection;  // a `Link`
   std::uint16_t Device;      // network port
   std::uint16_t MessageRate;
   std::uint16_t SystemShutdownDelay;

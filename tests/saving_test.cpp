@@ -183,6 +183,7 @@ Files configuration(bool numbers_move) {
   }
   Files files = demo_with(values);
   files.erase("jobsSTS.ini");
+  files.erase("ups_shut.scr");  // no save knows it
   return files;
 }
 

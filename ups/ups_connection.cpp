@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "config/record.h"
 #include "kit/password_entry.h"
 #include "kit/screens.h"
 #include "kit/value_entry.h"
 #include "lang/lang_text.h"
 #include "tui/format.h"
-#include "ups/ups_line.h"
 
 namespace {
 

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 /// How one UPS of the working copy is described, in the list of UPSs and wherever one is chosen.
-
-/// The kinds of link, as `Connection` of a UPS stores them.
-enum Link : std::uint16_t { serial_link = 0, snmp_link = 2, tcp_ip_link = 3, rfc1628_link = 5 };
 
 /// Where the values of an RFC 1628 link come from. The list of UPSs shows the saved values, so an
 /// unsaved change does not appear there. The schedule editor shows the values that are being

@@ -1,7 +1,6 @@
 #include "ups/ups_slot.h"
 
 #include "config/record.h"
-#include "ups/ups_line.h"
 
 namespace {
 
