@@ -46,9 +46,7 @@ bool ask_before_edit(const std::string& folder) {
     if (is_at_risk(finding)) shown.push_back(&finding);
   }
   if (shown.empty()) return true;
-  put_out(
-      "A save would drop or move what these lines say, or they do not mean what they seem "
-      "to:\n\n");
+  put_out("These lines are not taken as they look, or a save drops or moves them:\n\n");
   const bool colours = has_colours(stdout);
   const std::size_t count = std::min(shown.size(), most);
   for (std::size_t i = 0; i < count; ++i) put_out(text_of(*shown[i], colours));
