@@ -190,4 +190,14 @@ TEST(Classes, AreDescribed) {
   }
 }
 
+TEST(Classes, AreFoundInATest) {
+  const std::string table = read_file(source_dir() + "/tests/data/findings.txt");
+  std::string missing;
+  for (const ClassRow& row : class_rows()) {
+    const std::string name = name_of(row);
+    if (table.find(" [" + name + "]") == std::string::npos) missing += name + " ";
+  }
+  EXPECT_EQ(missing, "");
+}
+
 }  // namespace
