@@ -1,7 +1,6 @@
 #include "app/run.h"
 
 #include <string>
-#include <string_view>
 
 #include "config/store.h"
 #include "lang/lang_text.h"
@@ -38,15 +37,6 @@ void ask_and_save() {
 }
 
 }  // namespace
-
-void getprgdir(const char* path, char* dir, std::size_t size) {
-  const std::string_view whole(path);
-  const std::size_t slash = whole.rfind('/');
-  const std::string_view folder = slash == std::string_view::npos ? "." : whole.substr(0, slash);
-  const std::size_t length = folder.copy(dir, size - 2);
-  dir[length] = '/';
-  dir[length + 1] = '\0';
-}
 
 int run(const char* program) {
   getprgdir(program, ProgramDir, sizeof ProgramDir);

@@ -1,21 +1,22 @@
 # What is installed, and the Debian package.
 #
 # `cmake --install` installs into the folder of Kestrel's files, where a service may be in use. It
-# installs the program, the language files and the manual page, and no file of the service.
+# installs the programs, the language files and the manual pages, and no file of the service.
 
 if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
   set(CMAKE_INSTALL_PREFIX /opt/kestrel CACHE PATH "The folder of Kestrel's files" FORCE)
 endif()
 include(GNUInstallDirs)
 
-# The program looks for all files in its own folder, so it is not installed into a folder bin.
-install(TARGETS harrier RUNTIME DESTINATION . COMPONENT program)
+# The programs look for all files in their own folder, so they are not installed into a folder bin.
+install(TARGETS harrier harrier-check RUNTIME DESTINATION . COMPONENT program)
 install(SCRIPT cmake/install_languages.cmake COMPONENT languages)
-install(FILES man/harrier.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT manual)
+install(FILES man/harrier.8 man/harrier-check.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8
+  COMPONENT manual)
 
 # --- The Debian package ---------------------------------------------------------------------------
 #
-# It contains the program as installed above. The language files lie in /etc/harrier, where dpkg
+# It contains the programs as installed above, and commands for them in the usual folders. The language files lie in /etc/harrier, where dpkg
 # asks before it replaces an edited file. The scripts of the package link them into Kestrel's
 # folder. dpkg must not own files there: a purge would delete a language file even if other programs
 # have added their sections to it.
@@ -26,6 +27,11 @@ file(GLOB languages CONFIGURE_DEPENDS languages/lang_*.ini)
 
 install(FILES ${languages} DESTINATION /etc/harrier COMPONENT debian EXCLUDE_FROM_ALL)
 install(PROGRAMS ${debian}/harrier DESTINATION /usr/sbin COMPONENT debian EXCLUDE_FROM_ALL)
+install(PROGRAMS ${debian}/harrier-check DESTINATION /usr/bin COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES check/completions/harrier-check DESTINATION /usr/share/bash-completion/completions
+  COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES check/completions/_harrier-check DESTINATION /usr/share/zsh/vendor-completions
+  COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc}
   COMPONENT debian EXCLUDE_FROM_ALL)
 install(DIRECTORY docs DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
@@ -43,7 +49,9 @@ function(install_compressed file name)
     file(CHMOD \"\${target}\" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)"
     COMPONENT debian EXCLUDE_FROM_ALL)
 endfunction()
-install_compressed("${PROJECT_SOURCE_DIR}/man/harrier.8" /usr/share/man/man8/harrier.8.gz)
+foreach(page harrier.8 harrier-check.8)
+  install_compressed("${PROJECT_SOURCE_DIR}/man/${page}" /usr/share/man/man8/${page}.gz)
+endforeach()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_SET_DESTDIR ON)
@@ -63,7 +71,8 @@ terminal, through numbered menus: UPS devices and groups, schedules, messages,
 and what happens when a battery runs low.
 .
 It works on the files in /opt/kestrel, and writes them only when the operator
-agrees at the end of a run.")
+agrees at the end of a run. The command harrier-check says what Kestrel and
+Harrier do not take from the files as it stands there.")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Harrier developers <harrier@localhost>")
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

@@ -5,7 +5,7 @@
 # shellcheck source=scripts/need.sh
 source scripts/need.sh
 
-build_needs=(cmake ninja-build g++)
+build_needs=(cmake ninja-build g++ nlohmann-json3-dev)
 package_needs=("${build_needs[@]}" dpkg-dev file)
 # shellcheck disable=SC2034
 test_needs=("${package_needs[@]}" libgtest-dev libvterm-dev pkg-config acl attr tzdata clang libclang-rt-dev)

@@ -9,5 +9,5 @@ need "${package_needs[@]}"
 # As in ./run: a new build folder is set up without tests.
 options=()
 [[ -f build/release/CMakeCache.txt ]] || options=(-DHARRIER_TESTS=OFF)
-build release harrier "${options[@]}"
+build release programs "${options[@]}"
 (cd build/release && cpack --config CPackConfig.cmake | sed -n 's/.*package: \(.*\) generated.*/\1/p')

@@ -1,11 +1,33 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
 #include <vector>
 
+#include "check/classes.h"
+#include "tests/golden.h"
 #include "tests/tables.h"
 
 namespace {
+
+/// Runs commands of the shell in the folder, to which harrier-check is added. Returns the status.
+int run(const Folder& folder, const std::string& commands) {
+  folder.write("commands", "source=" HARRIER_SOURCE_DIR "\nPATH=.:$PATH\n" + commands + "\n");
+  const std::string program = folder.path("harrier-check");
+  if (!std::filesystem::exists(program)) std::filesystem::create_symlink(HARRIER_CHECK, program);
+  return WEXITSTATUS(std::system(("cd " + folder.path() + " && bash -eu commands").c_str()));
+}
+
+/// What commands print.
+std::string printed(const Folder& folder, const std::string& commands) {
+  run(folder, "exec >printed 2>/dev/null\n" + commands);
+  return folder.read("printed");
+}
 
 /// Rows with an empty first cell belong to the case before them.
 struct Case {
@@ -23,24 +45,159 @@ std::vector<Case> read_cases(const Table& table) {
   return cases;
 }
 
+std::string name_of(const testing::TestParamInfo<Table>& table) {
+  std::string name = table.param.name;
+  std::erase(name, ' ');
+  return name;
+}
+
 class Check : public testing::TestWithParam<Table> {};
 
 TEST_P(Check, SaysWhatIsWrong) {
   for (const Case& c : read_cases(GetParam())) {
     SCOPED_TRACE("findings.txt, line " + std::to_string(c.line));
     const Folder folder;
-    folder.write("commands", c.commands + "\n\"" HARRIER_CHECK "\" --quiet \"$@\" >printed\n");
-    const int status = std::system(("cd " + folder.path() + " && bash -eu commands").c_str());
+    const int status = run(folder, c.commands + "\n./harrier-check --quiet \"$@\" >printed");
     EXPECT_EQ(folder.read("printed"), c.findings);
-    EXPECT_EQ(WEXITSTATUS(status), c.findings.find(": error: ") == std::string::npos ? 0 : 1);
+    EXPECT_EQ(status, c.findings.find(": error: ") == std::string::npos ? 0 : 1);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Findings, Check, testing::ValuesIn(read_tables("findings.txt")),
-                         [](const auto& table) {
-                           std::string name = table.param.name;
-                           std::erase(name, ' ');
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Findings, Check, testing::ValuesIn(read_tables("findings.txt")), name_of);
+
+class CheckCommand : public testing::TestWithParam<Table> {};
+
+TEST_P(CheckCommand, DoesAsWritten) {
+  for (const Line& line : GetParam().lines) {
+    SCOPED_TRACE("check_commands.txt, line " + std::to_string(line.number));
+    const Folder folder;
+    std::string out;
+    std::string err;
+    for (std::size_t i = 2; i < line.cells.size(); ++i) {
+      const bool is_error = line[i].starts_with("2> ");
+      (is_error ? err : out) += keys(line[i].substr(is_error ? 3 : 0)) + "\n";
+    }
+    EXPECT_EQ(run(folder, "exec >printed 2>said\n" + line[0]), std::stoi(line[1]));
+    EXPECT_EQ(folder.read("printed"), out);
+    EXPECT_EQ(folder.read("said"), err);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CheckCommand, testing::ValuesIn(read_tables("check_commands.txt")),
+                         name_of);
+
+/// Every byte as a key, as a value, and as a section.
+std::string hostile_lines() {
+  std::string lines;
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string text(1, static_cast<char>(byte));
+    lines += replaced("@=@\n[System]\nName=\"@\"\n[@]\n", {{"@", text}});
+  }
+  return lines;
+}
+
+TEST(Json, SaysTheSameAsTheText) {
+  const Folder folder;
+  folder.write("sensor.ini", hostile_lines());
+  folder.write("kestrel.ini", folder.read("kestrel.ini") + hostile_lines());
+  const auto json = nlohmann::json::parse(printed(folder, "harrier-check --format=json"));
+  std::string lines;
+  std::map<std::string, int> counts = {{"error", 0}, {"warning", 0}, {"note", 0}};
+  for (const auto& finding : json["findings"]) {
+    std::ostringstream line;
+    line << finding["file"].get<std::string>() << ":" << finding["line"] << ": "
+         << finding["level"].get<std::string>() << ": " << finding["message"].get<std::string>()
+         << " [" << finding["class"].get<std::string>() << "]\n";
+    lines += line.str();
+    ++counts[finding["level"]];
+  }
+  EXPECT_EQ(lines, printed(folder, "harrier-check"));
+  EXPECT_EQ(json["counts"], nlohmann::json(counts));
+  EXPECT_EQ(json["folder"], ".");
+  EXPECT_EQ(json["version"], HARRIER_VERSION);
+  EXPECT_GT(json["findings"].size(), 1000u);
+}
+
+TEST(Json, HasTheFactsThatThereAre) {
+  const Folder folder;
+  folder.write("kestrel.ini", "[System]\nName=\"\"a\"\nPort\xff\n");
+  const auto json = nlohmann::json::parse(
+      printed(folder, "harrier-check --format=json kestrel.ini --as=kestrel.ini"));
+  EXPECT_FALSE(json.contains("folder"));
+  const nlohmann::json expected[] = {
+      {{"file", "kestrel.ini"},
+       {"line", 2},
+       {"level", "error"},
+       {"class", "quote-inside"},
+       {"section", "System"},
+       {"key", "Name"},
+       {"message", R"(System.Name ends at the quote inside """a"": "" is taken)"},
+       {"before", "\"\"a\""},
+       {"after", ""}},
+      {{"file", "kestrel.ini"},
+       {"line", 3},
+       {"level", "warning"},
+       {"class", "no-equals"},
+       {"message", R"("Port\xff" has no "=", so it has no effect, and a save drops it)"},
+       {"before", "Port\uFFFD"}},
+  };
+  for (const auto& finding : expected) {
+    EXPECT_NE(std::find(json["findings"].begin(), json["findings"].end(), finding),
+              json["findings"].end())
+        << finding << "\nis not in " << json;
+  }
+}
+
+/// The page about the command with the classes of the program in its tables.
+std::string with_classes(const std::string& page) {
+  std::istringstream lines(page);
+  std::string whole;
+  std::string group;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("#")) group = line.substr(line.find(' ') + 1);
+    const bool drawn =
+        std::any_of(class_rows().begin(), class_rows().end(),
+                    [&](const ClassRow& row) { return name_of(row.group) == group; });
+    if (drawn && line.starts_with("| `")) continue;
+    whole += line + "\n";
+    if (!drawn || !line.starts_with("|---")) continue;
+    for (const ClassRow& row : class_rows()) {
+      if (name_of(row.group) != group) continue;
+      whole.append("| `").append(name_of(row)).append("` | ").append(name_of(row.level));
+      whole.append(" | ").append(row.explanation).append(" |\n");
+    }
+  }
+  return whole;
+}
+
+TEST(Classes, AreDescribed) {
+  const std::string file = source_dir() + "/docs/check.md";
+  const std::string page = read_file(file);
+  const std::string drawn = with_classes(page);
+  if (drawing()) std::ofstream(file) << drawn;
+  EXPECT_TRUE(drawing() || drawn == page) << "./test --draw draws docs/check.md anew";
+  const Folder folder;
+  const std::string list = "\n" + printed(folder, "harrier-check --list");
+  for (const ClassRow& row : class_rows()) {
+    const std::string name = name_of(row);
+    EXPECT_NE(drawn.find("| `" + name + "` |"), std::string::npos) << name;
+    EXPECT_NE(list.find("\n" + name + " "), std::string::npos) << name;
+    const std::string text = printed(folder, "harrier-check --explain " + name);
+    EXPECT_TRUE(text.starts_with(name + ": " + std::string(name_of(row.level)) + " (")) << text;
+    EXPECT_FALSE(std::regex_search(text, std::regex("[^\n]{81}"))) << text;
+    const std::string line = replaced(text, {{"\n", " "}});
+    EXPECT_NE(line.find(row.explanation), std::string::npos) << text;
+  }
+}
+
+TEST(Classes, AreFoundInATest) {
+  const std::string table = read_file(source_dir() + "/tests/data/findings.txt");
+  std::string missing;
+  for (const ClassRow& row : class_rows()) {
+    const std::string name = name_of(row);
+    if (table.find(" [" + name + "]") == std::string::npos) missing += name + " ";
+  }
+  EXPECT_EQ(missing, "");
+}
 
 }  // namespace

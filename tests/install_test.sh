@@ -38,7 +38,9 @@ for name in lang_00.ini lang_02.ini; do
   grep -q "Kept: $kestrel/$name" "$folder/log" || fail "nothing says that $name was kept"
 done
 expect_same "$source/languages/lang_01.ini" "$kestrel/lang_01.ini"
-expect_same "$source/man/harrier.8" "$kestrel/share/man/man8/harrier.8"
+for page in harrier.8 harrier-check.8; do
+  expect_same "$source/man/$page" "$kestrel/share/man/man8/$page"
+done
 diff <(cd "$source/languages" && ls) <(cd "$kestrel" && ls lang_*) || fail "languages are missing"
 
 # The commands that the page of the files gives put our section into a shared file.
@@ -50,6 +52,12 @@ bash -eu "$folder/commands"
   sed -n '/^\[Harrier\]/,$p' "$source/languages/lang_00.ini"; } | cmp - "$kestrel/lang_00.ini"
 expect_status 0
 grep -q 'Harrier 5\.3\.0' "$folder/screen" || fail "no menu was shown"
+# The check looks at the folder in which it lies.
+cp "$kestrel/kestrel.ini" "$folder/whole"
+sed -i 's/^Port=5566/Prot=5566/' "$kestrel/kestrel.ini"
+(cd / && "$kestrel/harrier-check") 2>"$folder/log" | grep -q "^$kestrel/kestrel.ini:43: .*Prot" ||
+  fail "the check does not look beside itself"
+mv "$folder/whole" "$kestrel/kestrel.ini"
 rm "$kestrel/lang_00.ini"
 expect_status 5
 mkdir -p "$folder/stage/opt/kestrel"
@@ -59,16 +67,41 @@ expect_same "$build/harrier" "$folder/stage/opt/kestrel/harrier"
 expect_same "$folder/before/lang_00.ini" "$folder/stage/opt/kestrel/lang_00.ini"
 expect_same "$source/languages/lang_01.ini" "$folder/stage/opt/kestrel/lang_01.ini"
 
-# The Debian package brings nothing to where the service has its files but the program.
+# The Debian package brings nothing to where the service has its files but the programs.
 cpack --config "$build/CPackConfig.cmake" -B "$folder/package" >"$folder/log" 2>&1 ||
   fail "$(cat "$folder/log")"
 dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort >"$folder/contents"
-[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier ]] ||
+[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier$'\n'./opt/kestrel/harrier-check ]] ||
   fail "$(cat "$folder/contents")"
-for file in sbin/harrier share/man/man8/harrier.8.gz share/doc/harrier/docs/files.md; do
+for file in sbin/harrier bin/harrier-check share/man/man8/harrier.8.gz share/man/man8/harrier-check.8.gz \
+  share/doc/harrier/docs/files.md share/bash-completion/completions/harrier-check \
+  share/zsh/vendor-completions/_harrier-check; do
   grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
 done
 version=$(dpkg-deb --field "$folder"/package/harrier_*.deb Version)
 grep -qx "## $version" "$source/CHANGELOG.md" || fail "CHANGELOG.md does not know version $version"
 dpkg-deb --ctrl-tarfile "$folder"/package/harrier_*.deb | tar -xO ./conffiles | cmp - \
   <(cd "$source/languages" && printf '/etc/harrier/%s\n' *)
+
+# Its commands run what lies in that folder, and its completion knows options, names and classes.
+dpkg-deb --extract "$folder"/package/harrier_*.deb "$folder/root"
+sed -i "s|/opt/kestrel|$kestrel|" "$folder/root/usr/bin/harrier-check"
+for option in --version "--explain text-cut"; do
+  # shellcheck disable=SC2086
+  "$folder/root/usr/bin/harrier-check" $option | cmp - <("$kestrel/harrier-check" $option)
+done
+# complete_last WORD...: prints what bash offers for the last word.
+complete_last() {
+  (
+    # shellcheck disable=SC1091
+    source "$folder/root/usr/share/bash-completion/completions/harrier-check"
+    COMP_WORDS=("$kestrel/harrier-check" "$@") COMP_CWORD=$# COMPREPLY=()
+    _harrier_check "$kestrel/harrier-check" "${COMP_WORDS[$#]}" "${COMP_WORDS[$# - 1]}" 2>/dev/null
+    echo "${COMPREPLY[@]}"
+  )
+}
+[[ $(complete_last --st) == --strict ]] || fail "the completion offers $(complete_last --st)"
+[[ $(complete_last --format =) == 'text json' ]] || fail "the completion offers no format"
+[[ $(complete_last --as = jobs) == 'jobs.ini jobsSTS.ini' ]] || fail "the completion offers no name"
+[[ $(complete_last --explain text) == text-cut ]] || fail "the completion offers no class"
+[[ $(cd "$source" && complete_last --quiet dem) == demo ]] || fail "the completion offers no folder"

@@ -12,6 +12,15 @@ char ProgramDir[program_dir_size];
 std::uint8_t bDebug = 0;
 std::uint8_t bDebugLog = 0;
 
+void getprgdir(const char* path, char* dir, std::size_t size) {
+  const std::string_view whole(path);
+  const std::size_t slash = whole.rfind('/');
+  const std::string_view folder = slash == std::string_view::npos ? "." : whole.substr(0, slash);
+  const std::size_t length = folder.copy(dir, size - 2);
+  dir[length] = '/';
+  dir[length + 1] = '\0';
+}
+
 std::string program_path(std::string_view name) { return std::string(ProgramDir).append(name); }
 
 void report(const char* text) { print("%s", text); }

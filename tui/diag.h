@@ -9,6 +9,10 @@
 constexpr std::size_t program_dir_size = 256;
 extern char ProgramDir[program_dir_size];
 
+/// Fills `dir` with the folder part of `path` and a slash: "./" for a bare name. Cuts a long path,
+/// so that `size` bytes hold the result with its terminator.
+void getprgdir(const char* path, char* dir, std::size_t size);
+
 /// The path of the file `name` in that folder.
 std::string program_path(std::string_view name);
 
