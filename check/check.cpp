@@ -7,6 +7,7 @@
 
 #include "check/files.h"
 #include "check/finding.h"
+#include "check/input.h"
 #include "check/language.h"
 #include "check/meaning.h"
 #include "check/profile.h"
@@ -23,18 +24,6 @@
 #include "tui/diag.h"
 
 namespace {
-
-/// Hears the reader as long as it lives.
-class Listening {
- public:
-  Listening() {
-    begin_reading();
-    piece_listener = listen_to_piece;
-  }
-  ~Listening() { piece_listener = nullptr; }
-  Listening(const Listening&) = delete;
-  Listening& operator=(const Listening&) = delete;
-};
 
 /// As at a start of the program.
 void begin() {
@@ -69,9 +58,9 @@ int check_folder(const std::string& folder, const std::string& shown) {
   const std::string dir = folder.ends_with('/') ? folder : folder + "/";
   if (dir.size() >= program_dir_size) return ENAMETOOLONG;
   ProgramDir[dir.copy(ProgramDir, program_dir_size - 1)] = '\0';
+  begin();
   const int error = look_for_files();
   if (error != 0) return error;
-  begin();
   for (Source& source : sources) {
     const std::string name = name_of(source);
     source.path = program_path(name);
@@ -91,22 +80,28 @@ int check_folder(const std::string& folder, const std::string& shown) {
 
 int check_file(const std::string& path, std::string_view name, const std::string& shown) {
   begin();
-  if (name == "profile") return check_profile(path, shown);
-  if (is_language_name(name)) return check_language(path, shown);
+  const bool is_profile = name == "profile";
+  const bool is_language = is_language_name(name);
   Source* const source = source_named(name);
-  if (source == nullptr) return EINVAL;
-  source->path = path;
+  if (!is_profile && !is_language && source == nullptr) return EINVAL;
+  const Input input(path);
+  if (input.error() != 0) return input.error();
+  if (source == nullptr) {
+    const int error =
+        is_profile ? check_profile(input.path(), shown) : check_language(input.path(), shown);
+    sort_findings();
+    return error;
+  }
+  source->path = input.path();
   source->shown = shown;
   source->checked = true;
   {
     const Listening listening;
     g_index = static_cast<std::uint8_t>(source->group);
-    EncodeINIFile(source->file, path.c_str());
+    EncodeINIFile(source->file, source->path.c_str());
     DecodeSchedules();
   }
-  struct stat info;
-  if (stat(path.c_str(), &info) != 0) return errno;
-  source->error = read_error(path);
+  source->error = read_error(source->path);
   if (source->error != 0) return source->error;
   finish();
   return 0;

@@ -12,6 +12,7 @@
 int check_folder(const std::string& folder, const std::string& shown);
 
 /// Checks the file `path` alone, as the file `name` of the service ("kestrel.ini", "group_03.ini",
-/// "lang_00.ini"), or as a group profile ("profile"). Returns 0, EINVAL for a name that no file of
-/// the service has, or the errno of what kept the file from being read.
+/// "lang_00.ini"), or as a group profile ("profile"). The path "-" is standard input; a pipe is
+/// read to its end. Returns 0, EINVAL for a name that no file of the service has, or the errno of
+/// what kept the file from being read (EISDIR for a folder).
 int check_file(const std::string& path, std::string_view name, const std::string& shown);

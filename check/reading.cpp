@@ -27,6 +27,7 @@ Source* source = nullptr;  // whose lines come now
 Under under = Under::none;
 std::string unknown_header;  // with its brackets
 int last_long_line = 0;      // that has a finding
+int last_nul_line = 0;       // the same
 bool carriage_returns = false;
 
 std::string_view trimmed(std::string_view text) {
@@ -98,6 +99,19 @@ std::string two_digits(int number) {
   return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
 }
 
+constexpr char no_effect[] = "it has no effect, and a save drops it";
+
+/// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
+bool follows_unknown_file() { return !source_of(main_file).checked; }
+
+void check_orphan(int number, std::string_view line) {
+  add(Class::orphan, number,
+      {.before = std::string(line),
+       .other = follows_unknown_file()
+                    ? "it counts for the section that the file before leaves open, or for none"
+                    : no_effect});
+}
+
 // --- Headers -------------------------------------------------------------------------------------
 
 void check_opened(const ReadPiece& piece, std::string_view line) {
@@ -123,9 +137,10 @@ void check_unknown_header(const ReadPiece& piece, std::string_view line) {
   under = Under::unknown;
   const std::size_t end = line.find(']');
   unknown_header = line.substr(0, end == std::string_view::npos ? end : end + 1);
-  const std::string open = actual_section == 255
-                               ? "no section"
-                               : format("[%s]", section_name(source->file, piece.section).c_str());
+  const std::string open =
+      actual_section == 255
+          ? (follows_unknown_file() ? "the section of the file before" : "no section")
+          : format("[%s]", section_name(source->file, piece.section).c_str());
   if (end == std::string_view::npos) {
     add(Class::unclosed_header, piece.line, {.section = open});
     return;
@@ -298,7 +313,11 @@ void check_value(const ReadPiece& piece, std::string_view line) {
     // Under its own header, which has a finding, the line needs none.
     if (under == Under::known) return;
     const Class kind = under == Under::none ? Class::orphan : Class::unknown_key;
-    add(kind, piece.line, {.section = section, .key = written, .before = std::string(line)});
+    add(kind, piece.line,
+        {.section = section,
+         .key = written,
+         .before = std::string(line),
+         .other = kind == Class::orphan ? no_effect : ""});
     return;
   }
   const Value value{piece.line, section, piece.field->key, line.substr(equals + 1), piece.value};
@@ -343,8 +362,11 @@ void check_continuation(const ReadPiece& piece, std::string_view line) {
 
 /// What is wrong with the bytes of a line, whatever it says.
 void check_bytes(const ReadPiece& piece) {
-  if (std::memchr(piece.bytes.data(), '\0', piece.bytes.size()) != nullptr)
+  const bool has_nul = std::memchr(piece.bytes.data(), '\0', piece.bytes.size()) != nullptr;
+  if (has_nul && last_nul_line != piece.line) {
+    last_nul_line = piece.line;
     add(Class::nul_byte, piece.line);
+  }
   if (!carriage_returns && piece.bytes.ends_with("\r\n")) {
     carriage_returns = true;
     add(Class::carriage_return, piece.line);
@@ -355,12 +377,16 @@ void begin_file(Source& next) {
   source = &next;
   under = Under::none;
   last_long_line = 0;
+  last_nul_line = 0;
   carriage_returns = false;
 }
 
 }  // namespace
 
-void begin_reading() { source = nullptr; }
+Listening::Listening() {
+  source = nullptr;
+  piece_listener = listen_to_piece;
+}
 
 void listen_to_piece(int file, const ReadPiece& piece) {
   Source& now = source_of(file, file == group_file ? g_index : 0);
@@ -391,7 +417,7 @@ void listen_to_piece(int file, const ReadPiece& piece) {
   else if (line.find('=') == std::string_view::npos)
     add(Class::no_equals, piece.line, {.before = std::string(line)});
   else if (piece.fate == Fate::orphan)
-    add(Class::orphan, piece.line, {.before = std::string(line)});
+    check_orphan(piece.line, line);
   else
     check_unknown_key(piece, line);
 }

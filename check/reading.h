@@ -5,8 +5,14 @@
 /// What the reader of the configuration passes over, cuts, or takes for something else. It listens
 /// to the reader, so it cannot disagree with what the editor does.
 
-/// Between two runs: no file has been read yet.
-void begin_reading();
+/// Hears the reader as long as it lives.
+class Listening {
+ public:
+  Listening();
+  ~Listening() { piece_listener = nullptr; }
+  Listening(const Listening&) = delete;
+  Listening& operator=(const Listening&) = delete;
+};
 
 /// The listener. Notes the lines of sections and values in the `sources`, and adds findings of the
 /// groups `reading` and `values`.

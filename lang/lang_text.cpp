@@ -131,10 +131,13 @@ int AllocText() {
   return 0;
 }
 
+std::string language_file_name(int program, signed char language) {
+  return format("%s_%02d.ini", program == skylark ? "lang1" : "lang", language);
+}
+
 int LoadText(int program, signed char language) {
   if (program < merlin || program > wren) return 2;
-  const char* const family = program == skylark ? "lang1" : "lang";
-  return LoadTextFile(program, program_path(format("%s_%02d.ini", family, language)).c_str());
+  return LoadTextFile(program, program_path(language_file_name(program, language)).c_str());
 }
 
 int LoadTextFile(int program, const char* path) {

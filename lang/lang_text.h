@@ -32,8 +32,11 @@ enum LanguageProgram { merlin = 1, osprey, harrier, skylark, wren };
 /// there is no memory.
 int AllocText();
 
-/// Loads the section of `program` from `lang_NN.ini` beside the program. NN is `language` in two
-/// digits. The file of `skylark` is `lang1_NN.ini`.
+/// The name of a language file: `lang_NN.ini`, or `lang1_NN.ini` for `skylark`. NN is `language` in
+/// two digits. A number below 0 has a minus sign.
+std::string language_file_name(int program, signed char language);
+
+/// Loads the section of `program` from the file of a language beside the program.
 ///
 /// Each text has a line of its own, `String000="..."` and so on, in strict order. The first line
 /// follows the section's header. A line that is not the next text ends the section, and the

@@ -32,7 +32,7 @@ make_seeds() {
   done
 
   # A profile has up to 64 records of 450 bytes. The sizes lie at and around these limits.
-  cat demo/* >"$seeds/profile/all"
+  cat demo/[!l]* >"$seeds/profile/all"
   for size in 0 449 450 451 900 28799 28800 28801; do
     head -c "$size" "$seeds/profile/all" >"$seeds/profile/$size"
   done
@@ -47,8 +47,8 @@ make_seeds() {
   # shellcheck disable=SC2059
   printf "\\001\\200$codes$codes$codes" >"$seeds/schedule/all"
 
-  sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\([A-Za-z0-9_]*=\).*/"\1"/p' demo/*.ini | sort -u \
-    >build/fuzz/ini.dict
+  sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\([A-Za-z0-9_]*=\).*/"\1"/p' demo/[!l]*.ini |
+    sort -u >build/fuzz/ini.dict
   sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\(String0[0-4][0-9]=\).*/"\1\\""/p' languages/*.ini |
     sort -u >build/fuzz/language.dict
 }

@@ -128,7 +128,8 @@ void put_values(Folder::Files& files, std::string_view cell) {
 Folder::Files demo_with(std::string_view values) {
   Folder::Files files;
   for (const auto& entry : std::filesystem::directory_iterator(source_dir() + "/demo")) {
-    files[entry.path().filename().string()] = read_file(entry.path());
+    // A folder has the language files already.
+    if (!entry.is_symlink()) files[entry.path().filename()] = read_file(entry.path());
   }
   put_values(files, values);
   return files;

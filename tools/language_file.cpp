@@ -18,15 +18,21 @@
 
 namespace {
 
+std::vector<std::string> read_texts;
+
+void keep_text(const ReadText& text) {
+  if (text.stored) read_texts.emplace_back(LangText[text.number]);
+}
+
 /// Loads a language from `ProgramDir` as the program does, up to the text where the program stops
 /// reading. Returns 0, ENOMEM, or what `LoadText` returned.
 int load_texts(int language, std::vector<std::string>& texts) {
   if (AllocText() != 0) return ENOMEM;
+  read_texts.clear();
+  text_listener = keep_text;
   const int result = LoadText(harrier, static_cast<signed char>(language));
-  for (int number = 0; number < text_count; ++number) {
-    if (LangText[number] == format("Text %03d", number)) break;
-    texts.emplace_back(LangText[number]);
-  }
+  text_listener = nullptr;
+  texts = read_texts;
   FreeText();
   return result;
 }
