@@ -18,6 +18,7 @@
 #include "config/descriptor.h"
 #include "lang/lang_text.h"
 #include "tui/diag.h"
+#include "tui/format.h"
 
 namespace {
 
@@ -55,7 +56,8 @@ std::string_view consequence(int file) {
 void check_source(const Source& source) {
   if (source.error != 0) {
     add_finding(Class::file_unreadable, source.shown, 1,
-                {.after = std::string(consequence(source.file)), .other = reason_of(source.error)});
+                {.other = format("(%s): %s", reason_of(source.error).c_str(),
+                                 std::string(consequence(source.file)).c_str())});
   } else if (source.missing && source.file == main_file) {
     add_finding(Class::main_missing, source.shown, 1);
   } else if (source.missing && source.file != group_file) {

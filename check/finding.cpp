@@ -11,6 +11,9 @@ std::vector<Finding> findings;
 
 namespace {
 
+/// A hostile file shall not fill the memory.
+constexpr std::size_t most_findings = 10000;
+
 /// "UPS_02.Port", or the section alone.
 std::string name_of(const Facts& facts) {
   return facts.key.empty() ? facts.section : facts.section + "." + facts.key;
@@ -28,8 +31,14 @@ std::string part_of(const Facts& facts, std::string_view part) {
 }  // namespace
 
 void add_finding(Class kind, const std::string& file, int line, Facts facts) {
-  findings.push_back({kind, file, line, std::move(facts)});
+  if (findings_are_full()) return;
+  if (findings.size() == most_findings)
+    findings.push_back({Class::more_findings, file, line, {}});
+  else
+    findings.push_back({kind, file, line, std::move(facts)});
 }
+
+bool findings_are_full() { return findings.size() > most_findings; }
 
 void sort_findings() {
   std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {

@@ -27,7 +27,12 @@ struct Finding {
 /// All findings of a run.
 extern std::vector<Finding> findings;
 
+/// Adds a finding, unless there are 10,000 already. The first beyond these becomes a last one of
+/// the class `more_findings`.
 void add_finding(Class kind, const std::string& file, int line, Facts facts = {});
+
+/// Whether no more findings are added, so that looking for them is in vain.
+bool findings_are_full();
 
 /// By file and line; those of one line stay as they were found.
 void sort_findings();

@@ -389,6 +389,7 @@ Listening::Listening() {
 }
 
 void listen_to_piece(int file, const ReadPiece& piece) {
+  if (findings_are_full()) return;
   Source& now = source_of(file, file == group_file ? g_index : 0);
   if (source != &now) begin_file(now);
   source->lines = piece.line;
