@@ -40,19 +40,21 @@ bool read_enter() {
 
 }  // namespace
 
-bool ask_before_edit(const std::string& folder) {
+bool ask_before_edit(const std::string& command) {
   std::vector<const Finding*> shown;
   for (const Finding& finding : findings) {
     if (is_at_risk(finding)) shown.push_back(&finding);
   }
   if (shown.empty()) return true;
+  std::stable_sort(shown.begin(), shown.end(), [](const Finding* a, const Finding* b) {
+    return row_of(a->kind).level > row_of(b->kind).level;
+  });
   put_out("These lines are not taken as they look, or a save drops or moves them:\n\n");
   const bool colours = has_colours(stdout);
   const std::size_t count = std::min(shown.size(), most);
   for (std::size_t i = 0; i < count; ++i) put_out(text_of(*shown[i], colours));
   if (shown.size() > count) {
-    put_out(format("and %zu more: harrier-check %s shows all\n", shown.size() - count,
-                   escaped(folder).c_str()));
+    put_out(format("and %zu more: %s shows all\n", shown.size() - count, escaped(command).c_str()));
   }
   put_out("\nPress Enter to edit all the same, Ctrl-C to stop ");
   finish_output();

@@ -124,19 +124,19 @@ int check(const Options& options, const std::string& own) {
 }
 
 /// What cannot be checked is no reason to stop: the editor says what is wrong.
-int ask(const Options& options, const std::string& own) {
+int ask(const Options& options, const std::string& own, const std::string& program) {
   if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) return good;
   const std::string folder = options.places.empty() ? own : options.places[0];
   if (check_folder(folder, prefix_of(folder)) != 0) return good;
-  return ask_before_edit(folder) ? good : bad;
+  return ask_before_edit(program + " " + folder) ? good : bad;
 }
 
-int run(const Options& options, const std::string& own) {
+int run(const Options& options, const std::string& own, const std::string& program) {
   switch (options.task) {
     case Task::check:
       return check(options, own);
     case Task::ask:
-      return ask(options, own);
+      return ask(options, own, program);
     case Task::explain:
       return put_explanation(options.explained) == 0 ? good : trouble;
     case Task::list:
@@ -160,7 +160,8 @@ int main(int count, char* arguments[]) {
   try {
     Options options;
     if (read_options(count, arguments, options) != 0) return trouble;
-    const int status = run(options, own_folder(count > 0 ? arguments[0] : ""));
+    const std::string program = count > 0 ? arguments[0] : "";
+    const int status = run(options, own_folder(program.c_str()), program);
     const int error = finish_output();
     return error == 0 ? status : fail(std::string("standard output: ") + std::strerror(error));
   } catch (const std::bad_alloc&) {
