@@ -1,6 +1,7 @@
 #include "check/finding.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 #include <utility>
 
@@ -13,6 +14,16 @@ namespace {
 
 /// A hostile file shall not fill the memory.
 constexpr std::size_t most_findings = 10000;
+
+/// Characters that look like a blank or like nothing. They come with texts from word processors,
+/// mail and web pages.
+bool is_hidden(std::string_view character) {
+  constexpr std::string_view hidden[] = {
+      "\u00A0", "\u00AD", "\u200B", "\u200C", "\u200D",
+      "\u200E", "\u200F", "\u202F", "\u2060", "\uFEFF",
+  };
+  return std::find(std::begin(hidden), std::end(hidden), character) != std::end(hidden);
+}
 
 /// "UPS_02.Port", or the section alone.
 std::string name_of(const Facts& facts) {
@@ -73,7 +84,7 @@ std::string escaped(std::string_view text) {
     const std::string_view character = first_character(text);
     text.remove_prefix(character.size());
     const bool no_utf8 = character.size() == 1 && (character[0] & 0x80) != 0;
-    if (!no_utf8 && printable(character) == character) {
+    if (!no_utf8 && !is_hidden(character) && printable(character) == character) {
       shown += character;
       continue;
     }
