@@ -36,6 +36,7 @@ void begin() {
 /// After the files have been read into `INI`.
 void finish() {
   copy_record(INI1, INI);
+  check_empty_files();
   check_saving();
   check_meaning();
   sort_findings();

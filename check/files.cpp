@@ -223,6 +223,14 @@ int look_for_files() {
   return any ? 0 : ENOENT;
 }
 
+void check_empty_files() {
+  for (const Source& source : sources) {
+    const bool was_read = source.checked && !source.missing && source.error == 0;
+    if (was_read && source.lines == 0 && source.file != group_file)
+      add_finding(Class::file_empty, source.shown, 1);
+  }
+}
+
 void check_files(const std::string& shown) {
   for (const Source& source : sources) check_source(source);
   check_language_in_use(shown);

@@ -8,6 +8,10 @@
 /// otherwise errno; ENOENT also for a folder without such files.
 int look_for_files();
 
+/// Adds a finding for each file that was read and has no line. Groups without a name have their
+/// own.
+void check_empty_files();
+
 /// Adds the findings of the group `files` for `ProgramDir`, of which the `sources` have been read:
 /// missing and unreadable files, the language file in use, temporary files, permissions. `shown`
 /// precedes the names of files.

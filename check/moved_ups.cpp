@@ -8,7 +8,6 @@
 #include "check/finding.h"
 #include "check/source.h"
 #include "config/ini_writer.h"
-#include "tui/format.h"
 
 namespace {
 
@@ -46,8 +45,6 @@ Numbers numbers_of_save() {
   return numbers;
 }
 
-/// Whether the number of a slot means another UPS, or none, after the save. A free slot does if a
-/// UPS moves there.
 bool changes(const Numbers& numbers, int slot) {
   if (slot < 0 || slot >= ups_count) return false;
   return numbers.next[slot] >= 0 ? numbers.next[slot] != slot : numbers.taker[slot] >= 0;
@@ -102,7 +99,7 @@ void check_schedules(const Numbers& numbers) {
   for (int i = 0; i < schedule_count; ++i) {
     const ScheduleEntry& entry = INI1.schedule[i];
     if (entry.action == 0 || !changes(numbers, entry.ups)) continue;
-    add_moved({source_of(main_file), family, i, family.fields[0], format("%04X", entry.ups)},
+    add_moved({source_of(main_file), family, i, family.fields[0], std::string(entry.code.view())},
               numbers, entry.ups);
   }
 }
@@ -124,7 +121,10 @@ void check_sensors(const Numbers& numbers) {
 
 }  // namespace
 
-void check_moved_ups() {
+bool changes_with_save(int slot) { return changes(numbers_of_save(), slot); }
+
+bool check_moved_ups() {
+  const std::size_t known = findings.size();
   // Without kestrel.ini no UPS is in use, so no number changes.
   const Numbers numbers = numbers_of_save();
   check_schedules(numbers);
@@ -132,4 +132,5 @@ void check_moved_ups() {
     if (!INI1.group[group].Name.empty()) check_members(numbers, group);
   }
   check_sensors(numbers);
+  return findings.size() > known;
 }

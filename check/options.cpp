@@ -28,7 +28,8 @@ const std::string_view help_text =
     "  --version        show the version\n"
     "\n"
     "The exit status is 0 without errors, 1 with errors, and 2 when something could\n"
-    "not be checked. With --ask it is 0 to go on and 1 to stop.\n";
+    "not be checked. With --ask it is 0 to go on and 1 to stop. harrier-check(8) tells\n"
+    "what a finding looks like, and --explain what it means.\n";
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "check/saving.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -39,8 +40,17 @@ void add(Class kind, const Source& source, int line, Facts facts) {
 }
 
 void add_renumbered(const Source& source, int line, const std::string& before,
-                    const std::string& after) {
-  add(Class::renumbered, source, line, {.before = before, .after = after});
+                    const std::string& after, const std::string& other = "") {
+  add(Class::renumbered, source, line, {.before = before, .after = after, .other = other});
+}
+
+/// Whether the number of a UPS changes to which a group, a schedule or a sensor refers.
+bool references_move = false;
+
+/// Who renumbers by hand first no longer sees which references are wrong.
+std::string warning_of_references(const Source& source, const Family& family) {
+  const bool is_ups = source.file == main_file && family.offset == offsetof(Record, ups);
+  return is_ups && references_move ? ": mend the references to the UPSs first" : "";
 }
 
 // --- Entries -------------------------------------------------------------------------------------
@@ -75,7 +85,8 @@ void check_entries(const Source& source, const Family& family) {
       add_dropped(source, line, family, section, loaded);
     else
       add_renumbered(source, line, "[" + section + "]",
-                     std::string("[") + names[start + numbers[i]] + "]");
+                     std::string("[") + names[start + numbers[i]] + "]",
+                     warning_of_references(source, family));
   }
 }
 
@@ -177,6 +188,7 @@ void check_group(const Source& source) {
 }  // namespace
 
 void check_saving() {
+  references_move = check_moved_ups();
   // A save does this too. `INI` becomes what is written, `INI1` stays what was loaded.
   EncodeSchedules();
   for (const Source& source : sources) {
@@ -188,5 +200,4 @@ void check_saving() {
       check_sections(source);
   }
   copy_record(INI, INI1);
-  check_moved_ups();
 }

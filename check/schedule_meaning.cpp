@@ -32,7 +32,8 @@ std::string fault_of(const ScheduleEntry& entry) {
     if (std::isxdigit(static_cast<unsigned char>(c)) == 0)
       return format("\"%c\" is no hexadecimal digit", c);
   }
-  if (code.size() != code_digits) return format("it has %zu digits", code.size());
+  if (code.size() != code_digits)
+    return format("it has %zu digits, not %zu", code.size(), code_digits);
   if (entry.action == 0) return "";
   std::string fault = out_of_bounds("action", entry.action, 1, operating_system_shutdown);
   if (fault.empty()) fault = out_of_bounds("repetition", entry.type, 1, 4);

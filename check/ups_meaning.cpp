@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "check/in_use.h"
+#include "check/moved_ups.h"
 #include "check/schedule_meaning.h"
 #include "tui/format.h"
 #include "ups/type_code.h"
@@ -86,12 +87,13 @@ void check_leads() {
 }
 
 // --- References to a UPS -------------------------------------------------------------------------
+// A reference to a free slot to which the next save moves a UPS has a finding of its own already.
 
 void check_members() {
   for (const int group : used_groups()) {
     for (int place = 0; place < member_count; ++place) {
       const int member = INI.group[group].UPS[place];
-      if (member == 0 || is_used_ups(member - 1)) continue;
+      if (member == 0 || is_used_ups(member - 1) || changes_with_save(member - 1)) continue;
       add_finding(Class::free_slot, members_of(group), member_key(place),
                   {.before = std::to_string(member), .other = missing_ups(member - 1)});
     }
@@ -102,7 +104,7 @@ void check_schedule_slots() {
   for (int i = 0; i < schedule_count; ++i) {
     const ScheduleEntry& entry = INI.schedule[i];
     if (!is_schedule(entry) || entry.action == operating_system_shutdown ||
-        is_used_ups(entry.ups)) {
+        is_used_ups(entry.ups) || changes_with_save(entry.ups)) {
       continue;
     }
     add_finding(Class::free_slot, entry_of(source_of(main_file), "Schedule_", i), "Data",
@@ -116,8 +118,10 @@ void check_sensors() {
   for (int i = 0; i < sensor_count; ++i) {
     const Sensor& sensor = INI.sensor[i];
     const int number = sensor.IndexUPS;
-    if (sensor.Name.empty() || number == 0 || is_used_ups(number) || is_used_ups(number - 1))
+    if (sensor.Name.empty() || number == 0 || is_used_ups(number) || is_used_ups(number - 1) ||
+        (changes_with_save(number) && changes_with_save(number - 1))) {
       continue;
+    }
     add_finding(
         Class::free_slot, entry_of(source_of(sensor_file), "Sensor_", i), "IndexUPS",
         {.before = std::to_string(number),
@@ -156,6 +160,7 @@ void check_redundancy() {
         Class::redundancy, entry_of(source_of(group_file, group), "Common"), "RedundancyLevel",
         {.before = std::to_string(level),
          .other = can_spare ? format("the menu knows 0 to %d", highest_redundancy)
-                            : format("the group has %d UPS%s", count, count == 1 ? "" : "s")});
+                            : format("the group has %d UPS%s%s", count, count == 1 ? "" : "s",
+                                     is_loaded(main_file) ? " in use" : "")});
   }
 }
