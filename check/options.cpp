@@ -20,16 +20,17 @@ const std::string_view help_text =
     "  --format=FORMAT  text, a finding a line, or json, one object\n"
     "  --strict         warnings count for the exit status, as errors do\n"
     "  --quiet          no line of counts on standard error\n"
-    "  --ask            at a terminal, when a save would lose something: show at most\n"
-    "                   ten findings, and ask whether to edit all the same\n"
+    "  --ask            at a terminal, when a save would lose something: show at\n"
+    "                   most ten findings, and ask whether to edit all the same\n"
     "  --explain CLASS  explain a class of findings\n"
     "  --list           list all classes\n"
     "  --help           show this text\n"
     "  --version        show the version\n"
     "\n"
     "The exit status is 0 without errors, 1 with errors, and 2 when something could\n"
-    "not be checked. With --ask it is 0 to go on and 1 to stop. harrier-check(8) tells\n"
-    "what a finding looks like, and --explain what it means.\n";
+    "not be checked. With --ask it is 0 to go on and 1 to stop.\n"
+    "\n"
+    "harrier-check(8) tells how a finding looks, --explain what it means.\n";
 
 namespace {
 
