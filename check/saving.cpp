@@ -39,11 +39,6 @@ void add(Class kind, const Source& source, int line, Facts facts) {
   add_finding(kind, source.shown, line, std::move(facts));
 }
 
-void add_renumbered(const Source& source, int line, const std::string& before,
-                    const std::string& after, const std::string& other = "") {
-  add(Class::renumbered, source, line, {.before = before, .after = after, .other = other});
-}
-
 /// Whether the number of a UPS changes to which a group, a schedule or a sensor refers.
 bool references_move = false;
 
@@ -84,9 +79,11 @@ void check_entries(const Source& source, const Family& family) {
     if (numbers[i] < 0)
       add_dropped(source, line, family, section, loaded);
     else
-      add_renumbered(source, line, "[" + section + "]",
-                     std::string("[") + names[start + numbers[i]] + "]",
-                     warning_of_references(source, family));
+      add(Class::renumbered, source, line,
+          {.section = section,
+           .before = "[" + section + "]",
+           .after = std::string("[") + names[start + numbers[i]] + "]",
+           .other = warning_of_references(source, family)});
   }
 }
 
@@ -142,7 +139,11 @@ void check_members(const Source& source) {
     if (key < 0)
       add(Class::blank_entry, source, line, {.section = family.name, .key = key_of(slot)});
     else
-      add_renumbered(source, line, dot + key_of(slot), dot + key_of(key));
+      add(Class::renumbered, source, line,
+          {.section = family.name,
+           .key = key_of(slot),
+           .before = dot + key_of(slot),
+           .after = dot + key_of(key)});
   }
 }
 
@@ -166,7 +167,7 @@ void add_moved_group(const Source& source, const GroupFiles& files) {
   const int number = source.group;
   const std::string after = group_file_name(files.number[number]);
   if (taker_of(number, files) >= 0 || files.deleted == number)
-    add_renumbered(source, 1, group_file_name(number), after);
+    add(Class::renumbered, source, 1, {.before = group_file_name(number), .after = after});
   else
     add(Class::leftover_group, source, 1, {.after = after});
 }
