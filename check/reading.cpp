@@ -1,8 +1,7 @@
 #include "check/reading.h"
 
 #include <algorithm>
-#include <cstring>
-#include <iterator>
+#include <charconv>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,15 +19,17 @@ namespace {
 constexpr std::string_view blanks = " \t\r\n\v\f";
 constexpr std::string_view mark = "\xEF\xBB\xBF";  // the byte order mark in UTF-8
 
-/// Under which header the lines of a file stand, as they look.
-enum class Under { none, known, unknown };
+/// Under which header the lines of a file stand, as they look. A hidden one counts, but stands in
+/// the middle of a line that was too long.
+enum class Under { none, known, unknown, hidden };
 
 Source* source = nullptr;  // whose lines come now
 Under under = Under::none;
-std::string unknown_header;  // with its brackets
-int last_long_line = 0;      // that has a finding
-int last_nul_line = 0;       // the same
+std::string why_wrong;   // the lines count for another section than they look
+int last_long_line = 0;  // that has a finding
+int last_nul_line = 0;   // that has a finding
 bool carriage_returns = false;
+bool utf16 = false;
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(blanks);
@@ -36,30 +37,27 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// What the reader sees of a piece: nothing from the first NUL byte on, and no line end.
-std::string_view line_of(const ReadPiece& piece) {
-  std::string_view line = piece.bytes.substr(0, piece.bytes.find('\0'));
-  if (line.ends_with('\n')) line.remove_suffix(1);
-  return line;
-}
-
-std::string section_name(int file, int section) {
-  return SectionNames[file][static_cast<std::size_t>(section)];
+std::string_view section_name(const ReadPiece& piece) {
+  return SectionNames[source->file][static_cast<std::size_t>(piece.section)];
 }
 
 void add(Class kind, int line, Facts facts = {}) {
   add_finding(kind, source->shown, line, std::move(facts));
 }
 
-/// The two remarks that a save writes.
+/// The two remarks that a save writes. Line ends and blanks before them do not matter.
 bool is_own_remark(std::string_view line) {
   static const std::string header = [] {
     std::string text;
     write_file_header(text);
     return text;
   }();
-  const std::size_t at = header.find(std::string(line) + '\n');
-  return at != std::string::npos && (at == 0 || header[at - 1] == '\n');
+  for (std::string_view rest = header; !rest.empty();) {
+    const std::size_t end = rest.find('\n');
+    if (trimmed(rest.substr(0, end)) == trimmed(line)) return line[0] == header[0];
+    rest.remove_prefix(end + 1);
+  }
+  return false;
 }
 
 std::string hint(std::string_view nearest) {
@@ -68,16 +66,38 @@ std::string hint(std::string_view nearest) {
 
 // --- Lines without effect ------------------------------------------------------------------------
 
+/// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
+bool follows_unknown_file() { return !source_of(main_file).checked; }
+
+/// The lines that follow look as if they stood under this header, which the reader does not know.
+/// Returns what becomes of them.
+std::string begin_unknown(const ReadPiece& piece, std::string_view header) {
+  under = Under::unknown;
+  const std::size_t end = header.find(']');
+  why_wrong = header.substr(0, end == std::string_view::npos ? end : end + 1);
+  why_wrong += " has no effect";
+  if (actual_section == 255 && follows_unknown_file())
+    return "the lines after it count for the section that the file before leaves open, or for none";
+  const std::string_view open = actual_section == 255 ? "" : section_name(piece);
+  return open.empty() ? "the lines after it have no effect, and a save drops them"
+                      : format(
+                            "the lines after it count for [%s], and a save drops those that it "
+                            "does not know",
+                            std::string(open).c_str());
+}
+
 /// A line that the reader skips. `#` begins no remark here, but the writer of the line meant one.
-void check_skipped(int number, std::string_view line) {
-  const std::string_view text = trimmed(line);
+void check_skipped(const ReadPiece& piece) {
+  const std::string_view text = trimmed(piece.line);
   if (text.empty()) return;
   if (text[0] == ';' || text[0] == '#') {
-    if (!is_own_remark(line)) add(Class::remark, number);
-  } else if (text[0] == '\a') {
-    add(Class::bell_line, number);
-  } else if (blanks.find(line[0]) != std::string_view::npos) {
-    add(Class::indented, number);
+    if (!is_own_remark(piece.line)) add(Class::remark, piece.number);
+  } else if (piece.line[0] == '\a') {
+    add(Class::bell_line, piece.number);
+  } else if (blanks.find(piece.line[0]) != std::string_view::npos) {
+    const bool header = text[0] == '[';
+    add(Class::indented, piece.number,
+        {.other = header ? ". Now " + begin_unknown(piece, text) : ""});
   }
 }
 
@@ -99,99 +119,99 @@ std::string two_digits(int number) {
   return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
 }
 
-constexpr char no_effect[] = "it has no effect, and a save drops it";
-
-/// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
-bool follows_unknown_file() { return !source_of(main_file).checked; }
-
-void check_orphan(int number, std::string_view line) {
-  add(Class::orphan, number,
-      {.before = std::string(line),
-       .other = follows_unknown_file()
-                    ? "it counts for the section that the file before leaves open, or for none"
-                    : no_effect});
-}
-
 // --- Headers -------------------------------------------------------------------------------------
 
-void check_opened(const ReadPiece& piece, std::string_view line) {
-  under = Under::known;
-  const std::string name = section_name(source->file, piece.section);
-  const std::string_view rest = trimmed(line.substr(name.size() + 2));
+void check_opened(const ReadPiece& piece) {
+  const std::string_view name = section_name(piece);
+  under = piece.continues ? Under::hidden : Under::known;
+  if (piece.continues) {
+    why_wrong = format("line %d holds the header [%s]", piece.number, std::string(name).c_str());
+  }
+  const std::string_view rest = trimmed(piece.line.substr(name.size() + 2));
   if (!rest.empty())
-    add(Class::after_header, piece.line, {.section = name, .before = std::string(rest)});
-  int index;
-  const Family* const family = family_of(source->file, piece.section, index);
-  if (index >= family->stored) {
-    add(Class::no_room, piece.line,
-        {.section = name, .other = family->name + two_digits(family->stored - 1)});
+    add(Class::after_header, piece.number,
+        {.section = std::string(name), .before = std::string(rest)});
+  const Family& family = *piece.family;
+  if (piece.index >= family.stored) {
+    add(Class::no_room, piece.number,
+        {.section = std::string(name), .other = family.name + two_digits(family.stored - 1)});
   }
   int& first = source->headers[static_cast<std::size_t>(piece.section)];
   if (first != 0)
-    add(Class::section_twice, piece.line, {.section = name, .other = std::to_string(first)});
+    add(Class::section_twice, piece.number,
+        {.section = std::string(name), .other = std::to_string(first)});
   else
-    first = piece.line;
+    first = piece.number;
 }
 
-void check_unknown_header(const ReadPiece& piece, std::string_view line) {
-  under = Under::unknown;
-  const std::size_t end = line.find(']');
-  unknown_header = line.substr(0, end == std::string_view::npos ? end : end + 1);
-  const std::string open =
-      actual_section == 255
-          ? (follows_unknown_file() ? "the section of the file before" : "no section")
-          : format("[%s]", section_name(source->file, piece.section).c_str());
+void check_unknown_header(const ReadPiece& piece) {
+  const std::string fate = begin_unknown(piece, piece.line);
+  const std::size_t end = piece.line.find(']');
   if (end == std::string_view::npos) {
-    add(Class::unclosed_header, piece.line, {.section = open});
+    add(Class::unclosed_header, piece.number, {.before = std::string(piece.line), .other = fate});
     return;
   }
-  const std::string_view name = line.substr(1, end - 1);
+  const std::string_view name = piece.line.substr(1, end - 1);
   std::vector<std::string_view> names;
   for (const auto& slot : SectionNames[source->file]) {
     if (*slot != '\0') names.emplace_back(slot);
   }
   for (const Family& family : families_of(source->file)) {
     if (family.count == 0 || !is_too_high(name, family.name, family.count)) continue;
-    add(Class::too_many, piece.line,
+    add(Class::too_many, piece.number,
         {.section = std::string(name), .other = family.name + two_digits(family.count - 1)});
     return;
   }
-  add(Class::unknown_section, piece.line,
-      {.section = open, .before = std::string(name), .other = hint(nearest_name(name, names))});
+  add(Class::unknown_section, piece.number,
+      {.before = std::string(name), .other = fate + hint(nearest_name(name, names))});
 }
 
 // --- Keys ----------------------------------------------------------------------------------------
 
 /// The events of a group from 16 on have the key names of the line before.
-bool has_borrowed_row(const Family& family, int index) {
+bool has_borrowed_row(const ReadPiece& piece) {
   constexpr int events_with_row = 16;
-  return source->file == group_file && &family == &families_of(group_file)[group_events] &&
-         index >= events_with_row;
+  return source->file == group_file && piece.family == &families_of(group_file)[group_events] &&
+         piece.index >= events_with_row;
 }
 
-void check_unknown_key(const ReadPiece& piece, std::string_view line) {
-  const std::string key(line.substr(0, line.find('=')));
-  const std::string section = section_name(source->file, piece.section);
-  int index;
-  const Family* const family = family_of(source->file, piece.section, index);
-  std::vector<std::string_view> names;
-  if (family != nullptr) {
-    for (const Field& field : family->fields) names.emplace_back(field.key);
-    const bool is_key = std::find(names.begin(), names.end(), key) != names.end();
-    if (is_key && has_borrowed_row(*family, index)) {
-      add(Class::wrong_row, piece.line,
-          {.section = section, .key = key, .other = format("\"%s\" has no effect", key.c_str())});
-      return;
-    }
-    if (source->file == group_file && family == &families_of(group_file)[group_members] &&
-        is_too_high(key, "UPS_", member_count)) {
-      add(Class::too_many, piece.line,
-          {.section = section, .key = key, .other = "UPS_" + two_digits(member_count - 1)});
-      return;
-    }
+/// A line that counts for no section. A header that has no effect has a finding for all lines under
+/// it.
+void add_orphan(const ReadPiece& piece) {
+  if (under == Under::unknown) return;
+  const bool unknown = piece.fate == Fate::orphan && follows_unknown_file();
+  add(Class::orphan, piece.number,
+      {.before = std::string(piece.line),
+       .other = unknown ? "it counts for the section that the file before leaves open, or for none"
+                        : "it has no effect, and a save drops it"});
+}
+
+/// A key that has no effect.
+void check_unknown_key(const ReadPiece& piece) {
+  if (under == Under::none || under == Under::unknown || piece.family == nullptr) {
+    add_orphan(piece);
+    return;
   }
-  add(Class::unknown_key, piece.line,
-      {.section = section, .key = key, .other = hint(nearest_name(key, names))});
+  const std::string key(piece.line.substr(0, piece.line.find('=')));
+  const std::string section(section_name(piece));
+  std::vector<std::string_view> names;
+  for (const Field& field : piece.family->fields) names.emplace_back(field.key);
+  const bool is_key = std::find(names.begin(), names.end(), key) != names.end();
+  const bool is_list =
+      source->file == group_file && piece.family == &families_of(group_file)[group_members];
+  if (is_key && has_borrowed_row(piece)) {
+    add(Class::wrong_row, piece.number,
+        {.section = section, .key = key, .other = format("\"%s\" has no effect", key.c_str())});
+  } else if (is_list && is_too_high(key, "UPS_", member_count)) {
+    add(Class::too_many, piece.number,
+        {.section = section, .key = key, .other = "UPS_" + two_digits(member_count - 1)});
+  } else {
+    const std::string_view nearest = nearest_name(key, names);
+    add(Class::unknown_key, piece.number,
+        {.section = section,
+         .key = key,
+         .other = nearest == trimmed(key) ? ". Leave out the blank before \"=\"" : hint(nearest)});
+  }
 }
 
 // --- Values --------------------------------------------------------------------------------------
@@ -205,57 +225,67 @@ bool is_utf8(std::string_view text) {
   return true;
 }
 
-/// A value line while it is checked.
-struct Value {
-  int line;
-  std::string section;
-  std::string key;         // of the field
-  std::string_view raw;    // after "=", without the line end
-  std::string_view taken;  // what the reader hands on
-};
+/// Most texts are of this kind, and have nothing to be checked.
+bool is_plain(std::string_view text) {
+  bool odd = false;
+  for (const char byte : text) odd |= byte < ' ' || byte > '~';
+  return !odd;
+}
 
-void add_value(Class kind, const Value& value, std::string_view before, std::string_view after,
+void add_value(Class kind, const ReadPiece& piece, std::string_view before, std::string_view after,
                std::string other = {}) {
-  add(kind, value.line,
-      {.section = value.section,
-       .key = value.key,
+  add(kind, piece.number,
+      {.section = std::string(section_name(piece)),
+       .key = piece.field->key,
        .before = std::string(before),
        .after = std::string(after),
        .other = std::move(other)});
 }
 
-/// The quotes of a value. Returns whether all of the value is taken as it looks.
-void check_quotes(const Value& value) {
-  const std::string_view raw = value.raw;
+/// The quotes of a value. Returns whether it goes on after the quote at which it ends.
+bool check_quotes(const ReadPiece& piece) {
+  const std::string_view raw = piece.written;
   const bool opened = raw.starts_with('"');
   const std::size_t end = raw.find('"', opened ? 1 : 0);
   if (end == std::string_view::npos) {
-    if (opened) add_value(Class::unclosed_quote, value, raw, value.taken);
-    return;
+    if (opened) add_value(Class::unclosed_quote, piece, raw, piece.value);
+    return false;
   }
   const std::string_view rest = trimmed(raw.substr(end + 1));
   if (rest.find('"') != std::string_view::npos || (!opened && !rest.empty())) {
-    add_value(Class::quote_inside, value, trimmed(raw), value.taken);
-  } else if (!rest.empty()) {
-    add_value(Class::after_quote, value, rest, value.taken);
-  } else if (!opened) {
-    add_value(Class::unclosed_quote, value, raw, value.taken);
+    std::string_view text = raw;
+    if (opened) text = trimmed(text).substr(1);
+    if (opened && text.ends_with('"')) text.remove_suffix(1);
+    add_value(Class::quote_inside, piece, text, piece.value);
+    return true;
   }
+  if (!rest.empty()) add_value(Class::after_quote, piece, rest, piece.value);
+  if (rest.empty() && !opened) add_value(Class::unclosed_quote, piece, raw, piece.value);
+  return false;
 }
 
-void check_text(const Value& value, const Field& field) {
-  check_quotes(value);
-  const std::string_view raw = value.raw;
+/// Whether a text is written just as a save writes it.
+bool is_usual(const ReadPiece& piece, const Field& field) {
+  const std::string_view text = piece.written;
+  return text.size() == piece.value.size() + 2 && text.front() == '"' && text.back() == '"' &&
+         piece.value.size() <= field.width && is_plain(piece.value);
+}
+
+void check_text(const ReadPiece& piece, const Field& field) {
+  if (is_usual(piece, field)) return;
+  const bool goes_on = check_quotes(piece);
+  const std::string_view raw = piece.written;
   const bool quoted = raw.starts_with('"') && raw.find('"', 1) != std::string_view::npos;
-  const bool edges = !quoted && trimmed(value.taken) != value.taken;
-  if (edges) add_value(Class::blanks_taken, value, raw, value.taken);
-  const std::string_view kept = value.taken.substr(0, field.width);
-  if (kept != value.taken) add_value(Class::text_cut, value, value.taken, kept);
+  const bool edges = !quoted && trimmed(piece.value) != piece.value;
+  if (edges && !goes_on) add_value(Class::blanks_taken, piece, raw, piece.value);
+  const std::string_view kept = piece.value.substr(0, field.width);
+  if (kept != piece.value) add_value(Class::text_cut, piece, piece.value, kept);
+  if (is_plain(kept)) return;
   if (!is_utf8(kept)) {
-    add_value(Class::not_utf8, value, kept, kept);
+    add_value(Class::not_utf8, piece, kept, kept);
   } else if (const std::string_view shown = edges ? trimmed(kept) : kept;
              printable(shown) != shown) {
-    add_value(Class::control_bytes, value, kept, kept);
+    add_value(Class::control_bytes, piece, kept, kept);
   }
 }
 
@@ -271,17 +301,33 @@ std::string_view digits_of(std::string_view text, bool& negative, std::string_vi
   return digits;
 }
 
-void check_number(const Value& value, const Field& field, const void* entry) {
-  const std::string stored = std::to_string(number_at(field, entry));
+/// Whether a value is written just as a save writes the number that is stored.
+bool is_usual(std::string_view text, unsigned number) {
+  constexpr std::size_t most_digits = 5;
+  if (text.empty() || text.size() > most_digits || (text[0] == '0' && text.size() > 1))
+    return false;
+  unsigned value = 0;
+  for (const char byte : text) {
+    const auto digit = static_cast<unsigned>(byte - '0');
+    if (digit > 9) return false;
+    value = 10 * value + digit;
+  }
+  return value == number;
+}
+
+void check_number(const ReadPiece& piece, const Field& field) {
+  const unsigned number = number_at(field, piece.entry);
+  if (is_usual(piece.written, number) && !(field.is_switch && number > 1)) return;
+  const std::string stored = std::to_string(number);
   bool negative;
   std::string_view rest;
-  const std::string_view digits = digits_of(value.taken, negative, rest);
+  const std::string_view digits = digits_of(piece.value, negative, rest);
   if (digits.empty()) {
-    add_value(Class::not_a_number, value, value.taken, stored);
+    add_value(Class::not_a_number, piece, piece.value, stored);
     return;
   }
-  if (!rest.empty()) add_value(Class::after_number, value, rest, stored);
-  check_quotes(value);
+  if (!rest.empty()) add_value(Class::after_number, piece, rest, stored);
+  check_quotes(piece);
   std::string written(digits);
   if (negative && digits != "0") written.insert(0, 1, '-');
   if (written != stored) {
@@ -290,86 +336,86 @@ void check_number(const Value& value, const Field& field, const void* entry) {
         field.kind == Kind::u8 || field.kind == Kind::low_u8 ? 255 : 65535;
     const bool fits = !negative && digits.size() <= 5 && std::stoul(std::string(digits)) <= largest;
     if (fits && field.is_switch)
-      add_value(Class::shutdown_ignored, value, written, stored);
+      add_value(Class::shutdown_ignored, piece, written, stored);
     else if (fits)
-      add_value(Class::default_written, value, written, stored);
+      add_value(Class::default_written, piece, written, stored);
     else if (field.kind == Kind::low_u8)
-      add_value(Class::low_8_bits, value, written, stored);
+      add_value(Class::low_8_bits, piece, written, stored);
     else
-      add_value(Class::number_range, value, written, stored, std::to_string(bits));
+      add_value(Class::number_range, piece, written, stored, std::to_string(bits));
   }
-  if (field.is_switch && number_at(field, entry) > 1)
-    add_value(Class::not_a_switch, value, stored, stored);
+  if (field.is_switch && number > 1) add_value(Class::not_a_switch, piece, stored, stored);
+}
+
+/// A value that was not written for the place that it is taken for.
+void check_place(const ReadPiece& piece) {
+  const std::string section(section_name(piece));
+  const std::string_view key = piece.line.substr(0, piece.line.find('='));
+  if (under != Under::known) {
+    add(under == Under::none ? Class::carried_section : Class::wrong_section, piece.number,
+        {.section = section,
+         .key = piece.field->key,
+         .before = std::string(piece.line),
+         .other = why_wrong});
+  } else if (key != piece.field->key) {
+    add(Class::wrong_row, piece.number,
+        {.section = section,
+         .key = piece.field->key,
+         .other = format("\"%s\" is taken for %s.%s", std::string(key).c_str(), section.c_str(),
+                         piece.field->key)});
+  }
 }
 
 /// A value that the reader has stored, or would have if the record had room for it.
-void check_value(const ReadPiece& piece, std::string_view line) {
-  const std::size_t equals = line.find('=');
-  const std::string section = section_name(source->file, piece.section);
-  int index;
-  const Family* const family = family_of(source->file, piece.section, index);
-  const std::string written(line.substr(0, equals));
+void check_value(const ReadPiece& piece) {
   if (piece.fate == Fate::no_room) {
     // Under its own header, which has a finding, the line needs none.
-    if (under == Under::known) return;
-    const Class kind = under == Under::none ? Class::orphan : Class::unknown_key;
-    add(kind, piece.line,
-        {.section = section,
-         .key = written,
-         .before = std::string(line),
-         .other = kind == Class::orphan ? no_effect : ""});
+    if (under != Under::known) add_orphan(piece);
     return;
   }
-  const Value value{piece.line, section, piece.field->key, line.substr(equals + 1), piece.value};
-  if (under != Under::known) {
-    add(under == Under::none ? Class::carried_section : Class::wrong_section, piece.line,
-        {.section = section,
-         .key = value.key,
-         .before = std::string(line),
-         .other = unknown_header});
-  } else if (written != value.key) {
-    add(Class::wrong_row, piece.line,
-        {.section = section,
-         .key = value.key,
-         .other = format("\"%s\" is taken for %s.%s", written.c_str(), section.c_str(),
-                         value.key.c_str())});
-  }
-  const int key = key_number(*family, *piece.field);
+  if (under != Under::known || has_borrowed_row(piece)) check_place(piece);
+  const int key = key_number(*piece.family, *piece.field);
   int& counts = source->values[static_cast<std::size_t>(piece.section * key_slots + key)];
-  if (counts != 0 && counts != piece.line) {
+  if (counts != 0 && counts != piece.number) {
     add(Class::key_twice, counts,
-        {.section = section, .key = value.key, .other = std::to_string(piece.line)});
+        {.section = std::string(section_name(piece)),
+         .key = piece.field->key,
+         .other = std::to_string(piece.number)});
   }
-  counts = piece.line;
+  counts = piece.number;
   if (piece.field->kind == Kind::text)
-    check_text(value, *piece.field);
+    check_text(piece, *piece.field);
   else
-    check_number(value, *piece.field, piece.entry);
+    check_number(piece, *piece.field);
 }
 
 // --- Pieces --------------------------------------------------------------------------------------
 
 /// A line of several pieces has one finding for all of them, and one for each that has an effect.
-void check_continuation(const ReadPiece& piece, std::string_view line) {
+void check_continuation(const ReadPiece& piece) {
   const bool has_effect = piece.fate == Fate::taken || piece.fate == Fate::opened;
   if (has_effect) {
-    add(Class::long_line_taken, piece.line, {.before = std::string(line)});
-  } else if (last_long_line != piece.line) {
-    add(Class::long_line, piece.line);
+    add(Class::long_line_taken, piece.number, {.before = std::string(piece.line)});
+  } else if (last_long_line != piece.number && !trimmed(piece.line).empty()) {
+    add(Class::long_line, piece.number);
+    last_long_line = piece.number;
   }
-  last_long_line = piece.line;
+}
+
+/// A NUL byte ends the text.
+bool has_nul(const ReadPiece& piece) {
+  return piece.line.size() + (piece.bytes.ends_with('\n') ? 1 : 0) != piece.bytes.size();
 }
 
 /// What is wrong with the bytes of a line, whatever it says.
 void check_bytes(const ReadPiece& piece) {
-  const bool has_nul = std::memchr(piece.bytes.data(), '\0', piece.bytes.size()) != nullptr;
-  if (has_nul && last_nul_line != piece.line) {
-    last_nul_line = piece.line;
-    add(Class::nul_byte, piece.line);
+  if (has_nul(piece) && last_nul_line != piece.number) {
+    last_nul_line = piece.number;
+    add(Class::nul_byte, piece.number);
   }
   if (!carriage_returns && piece.bytes.ends_with("\r\n")) {
     carriage_returns = true;
-    add(Class::carriage_return, piece.line);
+    add(Class::carriage_return, piece.number);
   }
 }
 
@@ -379,6 +425,22 @@ void begin_file(Source& next) {
   last_long_line = 0;
   last_nul_line = 0;
   carriage_returns = false;
+  utf16 = false;
+}
+
+/// The first line of a file that another editor has put a mark before. Returns whether it has one.
+bool check_mark(const ReadPiece& piece) {
+  std::string_view line = piece.line;
+  utf16 = (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF")) && has_nul(piece);
+  if (utf16) {
+    add(Class::utf16, 1);
+    return true;
+  }
+  if (!line.starts_with(mark)) return false;
+  add(Class::byte_order_mark, 1);
+  line.remove_prefix(mark.size());
+  if (line.starts_with('[')) begin_unknown(piece, line);
+  return true;
 }
 
 }  // namespace
@@ -392,33 +454,32 @@ void listen_to_piece(int file, const ReadPiece& piece) {
   if (findings_are_full()) return;
   Source& now = source_of(file, file == group_file ? g_index : 0);
   if (source != &now) begin_file(now);
-  source->lines = piece.line;
+  source->lines = piece.number;
+  if (piece.number == 1 && !piece.continues && check_mark(piece)) return;
+  // In UTF-16 every line but the first begins with a NUL byte.
+  if (utf16 && piece.fate == Fate::skipped && piece.line.empty()) return;
   check_bytes(piece);
-  const std::string_view line = line_of(piece);
-  if (piece.continues) check_continuation(piece, line);
-  if (piece.line == 1 && line.starts_with(mark)) add(Class::byte_order_mark, 1);
+  if (piece.continues) check_continuation(piece);
 
   switch (piece.fate) {
     case Fate::opened:
-      check_opened(piece, line);
+      check_opened(piece);
       return;
     case Fate::not_opened:
-      check_unknown_header(piece, line);
+      if (!piece.continues) check_unknown_header(piece);
       return;
     case Fate::taken:
     case Fate::no_room:
-      check_value(piece, line);
+      check_value(piece);
       return;
     default:
       break;
   }
   if (piece.continues) return;
-  if (piece.fate == Fate::skipped || is_remark_or_indented(line))
-    check_skipped(piece.line, line);
-  else if (line.find('=') == std::string_view::npos)
-    add(Class::no_equals, piece.line, {.before = std::string(line)});
-  else if (piece.fate == Fate::orphan)
-    check_orphan(piece.line, line);
+  if (piece.fate == Fate::skipped || is_remark_or_indented(piece.line))
+    check_skipped(piece);
+  else if (piece.line.find('=') == std::string_view::npos)
+    add(Class::no_equals, piece.number, {.before = std::string(piece.line)});
   else
-    check_unknown_key(piece, line);
+    check_unknown_key(piece);
 }

@@ -35,37 +35,44 @@ int find_name(const char (&slots)[Slots][Width], char* text, char mark, std::siz
   return -1;
 }
 
+/// The section that is open while a file is read.
+struct OpenSection {
+  OpenSection(int file, int section) : family(family_of(file, section, index)) {}
+
+  int index = 0;
+  const Family* family;  // null when the file can have no section of this number
+};
+
 /// Returns the row of key names for a section. The events of a group from 16 on have none: the
 /// `row` of the previous key line stays in use, which is that of an event when the file is in
 /// order.
-int row_of(int file, int section, int row) {
+int row_of(int file, const OpenSection& open, int row) {
   constexpr int events_with_row = 16;
-  int index;
-  const Family* family = family_of(file, section, index);
-  if (family == nullptr) return row;
-  const auto chosen = static_cast<int>(family - families_of(file).data());
-  const bool keeps_row = file == group_file && chosen == group_events && index >= events_with_row;
+  if (open.family == nullptr) return row;
+  const auto chosen = static_cast<int>(open.family - families_of(file).data());
+  const bool keeps_row =
+      file == group_file && chosen == group_events && open.index >= events_with_row;
   return keeps_row ? row : chosen;
 }
 
-/// Handles one "[name]" line.
-Fate open_section(int file, char* line) {
+/// Handles one "[name]" line. Returns whether it opens a section.
+bool open_section(int file, char* line) {
   const std::size_t next = actual_section == 255 ? 0 : actual_section + 1U;
   char* rest;
   const int section = find_name(SectionNames[file], line + 1, ']', next, rest);
-  if (section < 0) return Fate::not_opened;
+  if (section < 0) return false;
   actual_section = static_cast<std::uint8_t>(section);
-  return Fate::opened;
+  return true;
 }
 
 /// Returns a value without its first quote, and ends it before the next quote or the line feed.
-char* trim_value(char* value) {
+std::string_view trim_value(char* value) {
   if (*value == '"') ++value;
   // A line feed can only be the last character of the line.
   char* end = value;
   while (*end != '"' && *end != '\n' && *end != '\0') ++end;
   *end = '\0';
-  return value;
+  return {value, static_cast<std::size_t>(end - value)};
 }
 
 /// Returns the number at the start of `text`, as strtol reads it, but a short one more quickly.
@@ -86,33 +93,49 @@ unsigned number_in(const char* text) {
 
 /// Where the record keeps a value.
 struct Place {
-  const Family* family = nullptr;
-  int index = 0;  // of the entry
   char* entry = nullptr;
   const Field* field = nullptr;  // null when there is no place
 };
 
-Place place_of(int file, int section, int key) {
-  Place place;
-  place.family = family_of(file, section, place.index);
-  if (place.family == nullptr || place.index >= place.family->stored || key < 0 ||
-      key >= static_cast<int>(place.family->fields.size()) ||
+Place place_of(int file, const OpenSection& open, int key) {
+  const Family* const family = open.family;
+  if (family == nullptr || open.index >= family->stored || key < 0 ||
+      key >= static_cast<int>(family->fields.size()) ||
       (file == group_file && g_index >= group_count)) {
-    return place;
+    return {};
   }
-  place.entry = reinterpret_cast<char*>(&INI) + place.family->offset +
-                static_cast<std::size_t>(place.index) * place.family->size;
-  if (file == group_file) place.entry += g_index * sizeof(Group);
-  place.field = &place.family->fields[static_cast<std::size_t>(key)];
-  return place;
+  char* entry = reinterpret_cast<char*>(&INI) + family->offset +
+                static_cast<std::size_t>(open.index) * family->size;
+  if (file == group_file) entry += g_index * sizeof(Group);
+  return {entry, &family->fields[static_cast<std::size_t>(key)]};
+}
+
+/// Stores the value at `p_s`. What has no place is dropped.
+void store(const OpenSection& open, const Place& place) {
+  if (place.field == nullptr) return;
+  const Field& field = *place.field;
+  if (field.kind == Kind::text) {
+    std::strncpy(bytes_at(field, place.entry), p_s, field.width);
+  } else {
+    unsigned value = number_in(p_s);
+    if (field.kind == Kind::low_u8) value &= 0xFFU;
+    set_number_at(field, place.entry, value);
+  }
+  if (open.family->loaded != nullptr) open.family->loaded(place.entry, open.index, field);
 }
 
 /// What lasts from line to line of a file.
 struct Reading {
+  explicit Reading(int read) : file(read), open(read, actual_section) {}
+
   int file;
-  int row = 0;             // of key names, in use
-  std::size_t likely = 0;  // the next key, if the file is in order
-  int key = -1;            // of the last line that had a known one
+  OpenSection open;
+  int row = 0;              // of key names, in use
+  std::size_t likely = 0;   // the next key, if the file is in order
+  int key = -1;             // of the last line that had a known one
+  Place place;              // of its value
+  char* written = nullptr;  // what follows its "="
+  std::string_view value;   // of it without quotes
 };
 
 Fate read_piece(Reading& reading, char* line) {
@@ -125,51 +148,65 @@ Fate read_piece(Reading& reading, char* line) {
       return Fate::skipped;
     case '[':
       reading.likely = 0;
-      return open_section(reading.file, line);
+      if (!open_section(reading.file, line)) return Fate::not_opened;
+      reading.open = OpenSection(reading.file, actual_section);
+      return Fate::opened;
     default:
       break;
   }
   if (actual_section == 255) return Fate::orphan;
-  const int chosen = row_of(reading.file, actual_section, reading.row);
-  char* value;
-  reading.key = find_name(LineNames[reading.file][chosen], line, '=', reading.likely, value);
+  const int chosen = row_of(reading.file, reading.open, reading.row);
+  reading.key =
+      find_name(LineNames[reading.file][chosen], line, '=', reading.likely, reading.written);
   // An unknown key chooses the row too, but a line without "=" has no key.
   const bool has_key = reading.key >= 0 || std::strchr(line, '=') != nullptr;
   if (!has_key) return Fate::no_key;
   reading.row = chosen;
   if (reading.key < 0) return Fate::unknown_key;
   reading.likely = static_cast<std::size_t>(reading.key) + 1;
-  p_s = trim_value(value);
-  FillVar(reading.file, actual_section, reading.key);
-  return Fate::taken;
+  reading.value = trim_value(reading.written);
+  p_s = reading.value.data();
+  reading.place = place_of(reading.file, reading.open, reading.key);
+  store(reading.open, reading.place);
+  return reading.place.field == nullptr ? Fate::no_room : Fate::taken;
 }
 
 /// Tells the listener of the pieces of a file.
 class Account {
  public:
-  /// Before the piece is read, which changes it.
-  void note(const LineReader& reader, const char* bytes) {
-    std::memcpy(bytes_, bytes, reader.piece_size());
+  /// Before the piece is read, which changes it. `length` is that of its text.
+  void note(const LineReader& reader, const char* line, std::size_t length) {
+    line_ = line;
+    std::memcpy(bytes_, line, reader.piece_size());
     piece_.bytes = {bytes_, reader.piece_size()};
-    piece_.line = reader.line();
+    piece_.line = {bytes_, length};
+    if (piece_.line.ends_with('\n')) piece_.line.remove_suffix(1);
+    piece_.number = reader.line();
     piece_.continues = reader.continues();
   }
 
   /// After it has been read.
   void tell(const Reading& reading, Fate fate) {
-    const bool has_value = fate == Fate::taken;
-    const Place place = has_value ? place_of(reading.file, actual_section, reading.key) : Place{};
-    piece_.fate = has_value && place.field == nullptr ? Fate::no_room : fate;
+    const bool has_value = fate == Fate::taken || fate == Fate::no_room;
+    piece_.fate = fate;
     piece_.section = actual_section;
+    piece_.family = reading.open.family;
+    piece_.index = reading.open.index;
     piece_.key = has_value ? reading.key : -1;
-    piece_.value = has_value ? p_s : "";
-    piece_.field = place.field;
-    piece_.entry = place.entry;
+    piece_.written = {};
+    piece_.value = {};
+    if (has_value) {
+      piece_.written = piece_.line.substr(static_cast<std::size_t>(reading.written - line_));
+      piece_.value = reading.value;
+    }
+    piece_.field = has_value ? reading.place.field : nullptr;
+    piece_.entry = has_value ? reading.place.entry : nullptr;
     piece_listener(reading.file, piece_);
   }
 
  private:
   ReadPiece piece_;
+  const char* line_ = nullptr;
   char bytes_[line_limit + 2];
 };
 
@@ -185,10 +222,10 @@ int EncodeINIFile(int file, const char* path) {
 
   char line[line_limit + 2];
   std::size_t length;
-  Reading reading{file};
+  Reading reading(file);
   Account account;
   while (reader.next(line, line_limit, length)) {
-    if (piece_listener != nullptr) account.note(reader, line);
+    if (piece_listener != nullptr) account.note(reader, line, length);
     const Fate fate = read_piece(reading, line);
     if (piece_listener != nullptr) account.tell(reading, fate);
   }
@@ -198,15 +235,6 @@ int EncodeINIFile(int file, const char* path) {
 }
 
 void FillVar(int file, int section, int key) {
-  const Place place = place_of(file, section, key);
-  if (place.field == nullptr) return;
-  const Field& field = *place.field;
-  if (field.kind == Kind::text) {
-    std::strncpy(bytes_at(field, place.entry), p_s, field.width);
-  } else {
-    unsigned value = number_in(p_s);
-    if (field.kind == Kind::low_u8) value &= 0xFFU;
-    set_number_at(field, place.entry, value);
-  }
-  if (place.family->loaded != nullptr) place.family->loaded(place.entry, place.index, field);
+  const OpenSection open(file, section);
+  store(open, place_of(file, open, key));
 }

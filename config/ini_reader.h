@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "config/families.h"
 #include "config/fields.h"
 
 /// The reader of every text file of the service.
@@ -48,12 +49,17 @@ enum class Fate : std::uint8_t {
 
 /// A piece of a line, as its reader tells it. The views and pointers end with the call.
 struct ReadPiece {
-  int line = 0;            // from 1 on
+  int number = 0;          // of the line, from 1 on
   bool continues = false;  // the line was too long, and this is not its first piece
   std::string_view bytes;  // as they are in the file, with the line feed
+  std::string_view line;   // the part of them that counts: up to a NUL byte or the line feed
   Fate fate = Fate::skipped;
-  int section = 0;               // the one that is open now
+  int section = 0;  // the one that is open now
+  const Family* family =
+      nullptr;                   // of this section, null when the file can have none of its number
+  int index = 0;                 // of the section in its family
   int key = -1;                  // of `no_room` and `taken`
+  std::string_view written;      // of these: all that follows "="
   std::string_view value;        // of these, without quotes
   const Field* field = nullptr;  // of `taken`
   const void* entry = nullptr;   // of `taken`: what holds the field, with the value in it
