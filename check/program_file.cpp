@@ -8,7 +8,6 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -18,23 +17,35 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+/// Whether no shell gives this letter of a path a meaning.
+bool is_plain(char letter) {
+  const auto within = [letter](char first, char last) { return letter >= first && letter <= last; };
+  return within('a', 'z') || within('A', 'Z') || within('0', '9') ||
+         std::string_view("/._-+,:@=").find(letter) != std::string_view::npos;
+}
+
 /// The names on an absolute path. None for a path that is relative or leads upwards.
-Names names_on(const std::string& path) {
+Names names_on(std::string_view path) {
   if (!path.starts_with('/')) return {};
   Names names;
-  std::istringstream parts(path);
-  for (std::string name; std::getline(parts, name, '/');) {
+  while (!path.empty()) {
+    path.remove_prefix(1);
+    const std::string_view name = path.substr(0, path.find('/'));
     if (name == "..") return {};
-    if (!name.empty() && name != ".") names.push_back(name);
+    if (!name.empty() && name != ".") names.emplace_back(name);
+    path.remove_prefix(name.size());
   }
   return names;
 }
 
-/// The folder as the operator calls it, and without symbolic links.
-std::vector<Names> names_of_folder() {
-  std::vector<Names> all;
+/// The folder as the operator calls it, and without symbolic links. Found once for all programs.
+const std::vector<Names>& names_of_folder() {
+  static std::string folder;
+  static std::vector<Names> all;
+  if (folder == ProgramDir) return all;
+  folder = ProgramDir;
+  all.clear();
   char here[PATH_MAX];
-  const std::string folder = ProgramDir;
   if (folder.starts_with('/'))
     all.push_back(names_on(folder));
   else if (getcwd(here, sizeof here) != nullptr)
@@ -46,6 +57,7 @@ std::vector<Names> names_of_folder() {
 /// The names that lead from the folder to a file in it. None for other files.
 Names names_inside(const std::string& path) {
   const Names names = names_on(path);
+  if (names.empty()) return {};
   for (const Names& folder : names_of_folder()) {
     if (!folder.empty() && names.size() > folder.size() &&
         std::equal(folder.begin(), folder.end(), names.begin())) {
@@ -81,10 +93,8 @@ std::string fault_of_path(const std::string& path) {
 }  // namespace
 
 std::string fault_of_command(const std::string& command) {
-  constexpr std::string_view plain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-+,:@=";
   const std::string program = command.substr(0, command.find(' '));
-  if (program.find_first_not_of(plain) != std::string::npos) return "";
+  if (!std::all_of(program.begin(), program.end(), is_plain)) return "";
   // The service may take the whole text for the name of the program.
   const std::string fault = fault_of_path(program);
   return fault.empty() || fault_of_path(command).empty() ? "" : fault;
