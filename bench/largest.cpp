@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Fills every value of an entry: texts with a usual length, numbers from 1 to 199.
+/// Fills every value of an entry: texts with a usual length, numbers from 1 to 199, switches on.
 void fill_entry(const Family& family, char* entry, int number) {
   int place = number;
   for (const Field& field : family.fields) {
@@ -21,7 +21,7 @@ void fill_entry(const Family& family, char* entry, int number) {
       const std::size_t size = std::min<std::size_t>(text.size(), field.width - 1U);
       std::memcpy(bytes_at(field, entry), text.data() + text.size() - size, size);
     } else {
-      set_number_at(field, entry, static_cast<unsigned>(1 + place % 199));
+      set_number_at(field, entry, field.is_switch ? 1 : static_cast<unsigned>(1 + place % 199));
     }
   }
 }
