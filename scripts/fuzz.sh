@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Source this file in the root of the tree. It feeds hostile input to the readers of files.
 
-fuzz_targets=(ini language profile schedule)
+fuzz_targets=(ini language profile schedule check saved checkfile)
 
 # Fills build/fuzz/seeds/TARGET with first inputs for each target, from small to large, and makes
 # dictionaries of the section and key names.
@@ -20,6 +20,28 @@ make_seeds() {
   done
   sed 's/$/\r/' "$seeds/ini/all" >"$seeds/ini/crlf"
   tr -d '"' <"$seeds/ini/all" >"$seeds/ini/unquoted"
+
+  # The check target takes the same form, with more groups after the last file.
+  cp "$seeds"/ini/* "$seeds/check/"
+  { cat "$seeds/ini/all" && printf '\034' && cat demo/group_00.ini && printf '\034\034' &&
+    cat demo/group_00.ini; } >"$seeds/check/groups"
+  sed 's/^\[UPS_00\]/[UPS_03]/; s/^Type1=.*/Type1=0/' "$seeds/check/groups" >"$seeds/check/gaps"
+
+  for name in kestrel.ini jobs.ini jobsSTS.ini group_00.ini sensor.ini group_00.ini; do
+    head -n 32 "demo/$name" && printf '\034'
+  done >"$seeds/check/short"
+
+  # The first byte of a file that is checked alone chooses its kind.
+  size=0
+  for name in lang_00.ini jobs.ini kestrel.ini jobs.ini group_00.ini sensor.ini jobsSTS.ini; do
+    { printf '%d' "$size" && cat "demo/$name"; } >"$seeds/checkfile/$size"
+    head -n 60 "$seeds/checkfile/$size" >"$seeds/checkfile/$size.short"
+    ((++size))
+  done
+
+  # The saved target takes any bytes for the values of a record.
+  cp "$seeds/ini/all" "$seeds/saved/text"
+  tr '\n=' '"\377' <"$seeds/ini/all" >"$seeds/saved/quotes"
 
   for file in languages/*.ini; do
     name=$(basename "$file" .ini)
@@ -49,6 +71,8 @@ make_seeds() {
 
   sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\([A-Za-z0-9_]*=\).*/"\1"/p' demo/[!l]*.ini |
     sort -u >build/fuzz/ini.dict
+  cp build/fuzz/ini.dict build/fuzz/check.dict
+  cp build/fuzz/ini.dict build/fuzz/checkfile.dict
   sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\(String0[0-4][0-9]=\).*/"\1\\""/p' languages/*.ini |
     sort -u >build/fuzz/language.dict
 }

@@ -1,14 +1,18 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <iterator>
 
+#include "check/check.h"
+#include "check/finding.h"
 #include "config/group_profile.h"
 #include "config/ini_reader.h"
 #include "config/store.h"
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
 #include "schedule/schedule_code.h"
+#include "tests/check_properties.h"
 #include "tests/folder.h"
 #include "tests/plain_upcoming.h"
 #include "tests/zone.h"
@@ -24,6 +28,25 @@ void require(bool holds, const char* claim) {
 
 /// Where the program believes to lie.
 const Folder folder{Folder::Files{}};
+
+/// Ends the run with a finding unless there is no account of one.
+void require_none(const std::string& account) { require(account.empty(), account.c_str()); }
+
+/// Makes the folder hold nothing but these files, separated by ASCII 28. A file without a separator
+/// before it is not there, unless it is one of the first `always`.
+void write_files(std::string_view input, std::initializer_list<const char*> names, int always) {
+  folder.use();
+  for (const auto& [name, bytes] : folder.files()) folder.remove(name);
+  bool more = true;
+  for (const char* name : names) {
+    if (!more && always <= 0) break;
+    const std::size_t size = std::min(input.find('\x1c'), input.size());
+    folder.write(name, input.substr(0, size));
+    more = size < input.size();
+    input.remove_prefix(more ? size + 1 : size);
+    --always;
+  }
+}
 
 /// Loading and saving, once it has been done, changes nothing any more.
 void check_round_trip(int (*load)(), int (*save)()) {
@@ -64,15 +87,42 @@ namespace fuzz {
 /// A whole configuration, its files separated by ASCII 28. Only one group file: of several, a save
 /// may leave a file that no group has written, and the next start takes it for one more group.
 void ini(std::string_view input) {
+  constexpr int all = 5;
+  write_files(input, {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini", "sensor.ini"}, all);
+  check_round_trip(load_configuration, SaveINI);
+}
+
+/// The files of `ini` and then more groups: what a save does not bring back has a finding.
+void check(std::string_view input) {
+  write_files(input,
+              {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini", "sensor.ini",
+               "group_01.ini", "group_02.ini", "group_04.ini", "group_09.ini"},
+              1);
+  require_none(first_silent_line(folder));
+}
+
+/// The bytes of a record: what a save makes of it deserves no blame.
+void saved(std::string_view input) {
   folder.use();
   for (const auto& [name, bytes] : folder.files()) folder.remove(name);
-  for (const char* name : {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini"}) {
-    const std::size_t size = std::min(input.find('\x1c'), input.size());
-    folder.write(name, input.substr(0, size));
-    input.remove_prefix(std::min(input.size(), size + 1));
+  make_record(input);
+  require_none(first_false_alarm(folder));
+}
+
+/// Any bytes as any file that is checked alone. The first byte chooses which.
+void checkfile(std::string_view input) {
+  constexpr const char* names[] = {"lang_00.ini",  "profile",    "kestrel.ini", "jobs.ini",
+                                   "group_03.ini", "sensor.ini", "jobsSTS.ini"};
+  const std::size_t choice = input.empty() ? 0 : static_cast<unsigned char>(input[0]) - '0';
+  input.remove_prefix(std::min<std::size_t>(input.size(), 1));
+  folder.write("file", input);
+  const char* const name = names[choice % std::size(names)];
+  require(check_file(folder.path("file"), name, "file") == 0, "a file that exists is checked");
+  for (const Finding& finding : findings) {
+    const std::string sentence = sentence_of(finding);
+    require(sentence == escaped(sentence), "a finding is fit for a terminal");
+    require(finding.line > 0, "a finding has a line");
   }
-  folder.write("sensor.ini", input);
-  check_round_trip(load_configuration, SaveINI);
 }
 
 /// One language file for all programs of the family.
