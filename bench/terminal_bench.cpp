@@ -3,6 +3,8 @@
 // Prints a line for each step: name, nanoseconds, bytes written, writes, reads and system calls.
 // Memory and wake-ups are lines of a name and a number. `bench/run` makes a table of all lines.
 
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -33,6 +35,7 @@ struct Visit {
   std::vector<std::string> words;
   std::vector<Step> steps;
   std::string leaving = {};  // keys that end the program; without them its end is not measured
+  bool ends = false;         // by itself, after its last step
   Counts whole = {};
   std::map<std::string, std::vector<double>> times = {};  // of each step, in nanoseconds
 };
@@ -47,6 +50,7 @@ void count(Visit& visit) {
     if (step.counts.shown == 0) lose(visit.name + " does not react");
     visit.whole += step.counts;
   }
+  visit.ends = session.program < 0;
   if (!visit.leaving.empty()) {
     type(session, visit.leaving);
     visit.whole += follow(session);
@@ -115,6 +119,15 @@ long proc_value(const Session& session, const std::string& file, const std::stri
   return sum;
 }
 
+/// Returns the most memory that a program has used which ends now, in KiB, or what it had as a copy
+/// of this one.
+long most_resident(Session& session) {
+  rusage usage = {};
+  wait4(session.program, nullptr, 0, &usage);
+  session.program = -1;
+  return usage.ru_maxrss;
+}
+
 /// Returns how often the program wakes up in two seconds without keys. A timer, or a wait with a
 /// time limit, would show here.
 long wakeups(const Session& session) {
@@ -126,10 +139,10 @@ long wakeups(const Session& session) {
   return proc_value(session, "status", "ctxt_switches") - before;
 }
 
-/// Prints the memory in use after the last step and, when `idle`, the wake-ups on all measured
-/// screens.
+/// Prints the memory in use after the last step, or the most of a program that has ended, and, when
+/// `idle`, the wake-ups on all measured screens.
 void print_rest(const Visit& visit, bool idle) {
-  const Session session = start(visit.words, false);
+  Session session = start(visit.words, false);
   long woken = 0;
   std::string rested;
   for (const Step& step : visit.steps) {
@@ -139,7 +152,9 @@ void print_rest(const Visit& visit, bool idle) {
     woken += wakeups(session);
     rested = step.name;
   }
-  std::printf("%s/resident %ld\n", visit.name.c_str(), proc_value(session, "smaps_rollup", "Rss"));
+  const long resident =
+      visit.ends ? most_resident(session) : proc_value(session, "smaps_rollup", "Rss");
+  std::printf("%s/resident %ld\n", visit.name.c_str(), resident);
   if (idle) std::printf("%s/wakeups %ld\n", visit.name.c_str(), woken);
   end(session, visit.leaving);
 }
@@ -192,11 +207,12 @@ void save_largest(const std::string& folder) {
 
 }  // namespace
 
-/// Usage: terminal_bench DEMO LARGEST MINIMAL RUNS. DEMO and LARGEST are folders with the program
-/// and its language files; DEMO also holds a configuration, and LARGEST gets one. MINIMAL is the
-/// minimal program. RUNS is how often each visit is timed.
+/// Usage: terminal_bench DEMO LARGEST CHECK MINIMAL RUNS. DEMO and LARGEST are folders with the
+/// program and its language files; DEMO also holds a configuration, and LARGEST gets one. CHECK is
+/// the program that checks a folder, MINIMAL the minimal program. RUNS is how often each visit is
+/// timed.
 int main(int argc, char* argv[]) {
-  if (argc != 5) return 2;
+  if (argc != 6) return 2;
   const std::string demo = argv[1] + std::string("/harrier");
   const std::string largest = argv[2] + std::string("/harrier");
   setenv("TERM", "xterm", 1);
@@ -205,14 +221,15 @@ int main(int argc, char* argv[]) {
   Visit visits[] = {
       {"harrier", {demo}, {{"start", ""}}, leave},
       {"largest", {largest}, {{"start", ""}}, leave},
-      {"minimal", {argv[3]}, {{"start", ""}}, enter},
+      {"check", {argv[3], argv[2]}, {{"whole", ""}}},
+      {"minimal", {argv[4]}, {{"start", ""}}, enter},
       {"dialog", menu_of("dialog"), {{"start", ""}}, enter},
       {"whiptail", menu_of("whiptail"), {{"start", ""}}, enter},
       {"tour", {demo}, tour_steps()},
-      {"minimal_tour", {argv[3]}, arrow_steps()},
+      {"minimal_tour", {argv[4]}, arrow_steps()},
   };
   for (Visit& visit : visits) count(visit);
-  for (int run = 0; run < std::atoi(argv[4]); ++run) {
+  for (int run = 0; run < std::atoi(argv[5]); ++run) {
     for (Visit& visit : visits) take_time(visit);
   }
   for (const Visit& visit : visits) {
