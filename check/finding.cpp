@@ -53,7 +53,9 @@ bool findings_are_full() { return findings.size() > most_findings; }
 
 void sort_findings() {
   std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
-    return std::tie(a.file, a.line) < std::tie(b.file, b.line);
+    const Level a_level = row_of(a.kind).level;
+    const Level b_level = row_of(b.kind).level;
+    return std::tie(a.file, a.line, b_level) < std::tie(b.file, b.line, a_level);
   });
 }
 

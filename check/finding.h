@@ -34,7 +34,7 @@ void add_finding(Class kind, const std::string& file, int line, Facts facts = {}
 /// Whether no more findings are added, so that looking for them is in vain.
 bool findings_are_full();
 
-/// By file and line; those of one line stay as they were found.
+/// By file and line, errors of a line first; otherwise as they were found.
 void sort_findings();
 
 /// The sentence of a finding, fit for a terminal.

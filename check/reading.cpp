@@ -1,7 +1,7 @@
 #include "check/reading.h"
 
 #include <algorithm>
-#include <charconv>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,7 +25,9 @@ enum class Under { none, known, unknown, hidden };
 
 Source* source = nullptr;  // whose lines come now
 Under under = Under::none;
-std::string why_wrong;   // the lines count for another section than they look
+std::string why_wrong;  // the lines count for another section than they look
+int header_remark = 0;  // the line of one that no header has followed
+std::string remarked_header;
 int last_long_line = 0;  // that has a finding
 int last_nul_line = 0;   // that has a finding
 bool carriage_returns = false;
@@ -69,21 +71,34 @@ std::string hint(std::string_view nearest) {
 /// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
 bool follows_unknown_file() { return !source_of(main_file).checked; }
 
-/// The lines that follow look as if they stood under this header, which the reader does not know.
-/// Returns what becomes of them.
-std::string begin_unknown(const ReadPiece& piece, std::string_view header) {
+/// The lines that follow look as if they stood under this header, which opens no section for a
+/// `reason`. Returns what becomes of them.
+std::string begin_unknown(const ReadPiece& piece, std::string_view header, const char* reason) {
+  const char* const from = under == Under::none ? ", which is still open from the file before" : "";
   under = Under::unknown;
   const std::size_t end = header.find(']');
   why_wrong = header.substr(0, end == std::string_view::npos ? end : end + 1);
-  why_wrong += " has no effect";
+  why_wrong += reason;
   if (actual_section == 255 && follows_unknown_file())
     return "the lines after it count for the section that the file before leaves open, or for none";
   const std::string_view open = actual_section == 255 ? "" : section_name(piece);
   return open.empty() ? "the lines after it have no effect, and a save drops them"
                       : format(
-                            "the lines after it count for [%s], and a save drops those that it "
+                            "the lines after it count for [%s]%s, and a save drops those that it "
                             "does not know",
-                            std::string(open).c_str());
+                            std::string(open).c_str(), from);
+}
+
+/// Whether a remark is nothing but the header of another section than the open one: somebody has
+/// taken the header away, but perhaps not the lines under it.
+bool is_header_remark(const ReadPiece& piece, std::string_view text) {
+  text.remove_prefix(1);
+  text = trimmed(text);
+  if (!text.starts_with('[') || !text.ends_with(']')) return false;
+  text = text.substr(1, text.size() - 2);
+  const auto& names = SectionNames[source->file];
+  return text != section_name(piece) && !text.empty() &&
+         std::find(std::begin(names), std::end(names), text) != std::end(names);
 }
 
 /// A line that the reader skips. `#` begins no remark here, but the writer of the line meant one.
@@ -91,13 +106,17 @@ void check_skipped(const ReadPiece& piece) {
   const std::string_view text = trimmed(piece.line);
   if (text.empty()) return;
   if (text[0] == ';' || text[0] == '#') {
-    if (!is_own_remark(piece.line)) add(Class::remark, piece.number);
+    if (is_own_remark(piece.line)) return;
+    add(Class::remark, piece.number);
+    if (under != Under::known || !is_header_remark(piece, text)) return;
+    header_remark = piece.number;
+    remarked_header = trimmed(text.substr(1));
   } else if (piece.line[0] == '\a') {
     add(Class::bell_line, piece.number);
   } else if (blanks.find(piece.line[0]) != std::string_view::npos) {
     const bool header = text[0] == '[';
     add(Class::indented, piece.number,
-        {.other = header ? ". Now " + begin_unknown(piece, text) : ""});
+        {.other = header ? ". Now " + begin_unknown(piece, text, " is indented") : ""});
   }
 }
 
@@ -123,6 +142,7 @@ std::string two_digits(int number) {
 
 void check_opened(const ReadPiece& piece) {
   const std::string_view name = section_name(piece);
+  header_remark = 0;
   under = piece.continues ? Under::hidden : Under::known;
   if (piece.continues) {
     why_wrong = format("line %d holds the header [%s]", piece.number, std::string(name).c_str());
@@ -145,9 +165,12 @@ void check_opened(const ReadPiece& piece) {
 }
 
 void check_unknown_header(const ReadPiece& piece) {
-  const std::string fate = begin_unknown(piece, piece.line);
+  header_remark = 0;
   const std::size_t end = piece.line.find(']');
-  if (end == std::string_view::npos) {
+  const bool closed = end != std::string_view::npos;
+  const std::string fate =
+      begin_unknown(piece, piece.line, closed ? " is not known" : " has no effect");
+  if (!closed) {
     add(Class::unclosed_header, piece.number, {.before = std::string(piece.line), .other = fate});
     return;
   }
@@ -271,9 +294,23 @@ bool is_usual(const ReadPiece& piece, const Field& field) {
          piece.value.size() <= field.width && is_plain(piece.value);
 }
 
+/// Whether a text without quotes seems to end before it does: at a remark, or at another quote.
+bool seems_to_end(std::string_view text) {
+  constexpr std::string_view starts[] = {" ;", " #", "\t;", "\t#"};
+  constexpr std::string_view quotes[] = {"'", "\xE2\x80\x9C", "\xE2\x80\x9E"};
+  return std::any_of(std::begin(starts), std::end(starts),
+                     [text](std::string_view start) {
+                       return text.find(start) != std::string_view::npos;
+                     }) ||
+         std::any_of(std::begin(quotes), std::end(quotes),
+                     [text](std::string_view quote) { return text.starts_with(quote); });
+}
+
 void check_text(const ReadPiece& piece, const Field& field) {
   if (is_usual(piece, field)) return;
   const bool goes_on = check_quotes(piece);
+  if (piece.written.find('"') == std::string_view::npos && seems_to_end(piece.value))
+    add_value(Class::unquoted, piece, piece.value, piece.value);
   const std::string_view raw = piece.written;
   const bool quoted = raw.starts_with('"') && raw.find('"', 1) != std::string_view::npos;
   const bool edges = !quoted && trimmed(piece.value) != piece.value;
@@ -322,7 +359,8 @@ void check_number(const ReadPiece& piece, const Field& field) {
   bool negative;
   std::string_view rest;
   const std::string_view digits = digits_of(piece.value, negative, rest);
-  if (digits.empty()) {
+  const bool is_hexadecimal = digits == "0" && (rest.starts_with('x') || rest.starts_with('X'));
+  if (digits.empty() || is_hexadecimal) {
     add_value(Class::not_a_number, piece, piece.value, stored);
     return;
   }
@@ -373,6 +411,11 @@ void check_value(const ReadPiece& piece) {
     if (under != Under::known) add_orphan(piece);
     return;
   }
+  if (header_remark != 0) {
+    add(Class::header_remark, header_remark,
+        {.section = std::string(section_name(piece)), .before = remarked_header});
+    header_remark = 0;
+  }
   if (under != Under::known || has_borrowed_row(piece)) check_place(piece);
   const int key = key_number(*piece.family, *piece.field);
   int& counts = source->values[static_cast<std::size_t>(piece.section * key_slots + key)];
@@ -422,6 +465,7 @@ void check_bytes(const ReadPiece& piece) {
 void begin_file(Source& next) {
   source = &next;
   under = Under::none;
+  header_remark = 0;
   last_long_line = 0;
   last_nul_line = 0;
   carriage_returns = false;
@@ -439,7 +483,7 @@ bool check_mark(const ReadPiece& piece) {
   if (!line.starts_with(mark)) return false;
   add(Class::byte_order_mark, 1);
   line.remove_prefix(mark.size());
-  if (line.starts_with('[')) begin_unknown(piece, line);
+  if (line.starts_with('[')) begin_unknown(piece, line, " has no effect");
   return true;
 }
 
@@ -478,7 +522,7 @@ void listen_to_piece(int file, const ReadPiece& piece) {
   if (piece.continues) return;
   if (piece.fate == Fate::skipped || is_remark_or_indented(piece.line))
     check_skipped(piece);
-  else if (piece.line.find('=') == std::string_view::npos)
+  else if (piece.line.find('=') == std::string_view::npos || piece.line[0] == '=')
     add(Class::no_equals, piece.number, {.before = std::string(piece.line)});
   else
     check_unknown_key(piece);

@@ -138,7 +138,7 @@ TEST(Json, HasTheFactsThatThereAre) {
        {"line", 3},
        {"level", "warning"},
        {"class", "no-equals"},
-       {"message", R"("Port\xff" has no "=", so it has no effect, and a save drops it)"},
+       {"message", R"("Port\xff" is no "key=value", so it has no effect, and a save drops it)"},
        {"before", "Port\uFFFD"}},
   };
   for (const auto& finding : expected) {
