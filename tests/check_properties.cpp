@@ -26,6 +26,7 @@ Reach reach_of(Class kind) {
     case Class::indented:
     case Class::unknown_section:
     case Class::unclosed_header:
+    case Class::long_line:
     case Class::too_many:
     case Class::no_room:
     case Class::byte_order_mark:
@@ -193,6 +194,7 @@ std::string first_silent_line(const Folder& folder) {
 }
 
 std::string first_false_alarm(const Folder& folder) {
+  folder.hold({});
   folder.use();
   if (SaveINI() != 0) return "the files cannot be saved";
   check_folder(folder.path(), "");

@@ -13,8 +13,8 @@
 /// saved then; nothing if there is none. A folder that cannot be loaded loses nothing.
 std::string first_silent_line(const Folder& folder);
 
-/// Saves `INI` into a folder without a configuration and checks it. Returns an account of the first
-/// finding about reading or saving, nothing if there is none.
+/// Saves `INI` into a folder, which it empties first, and checks it. Returns an account of the
+/// first finding about reading or saving, nothing if there is none.
 std::string first_false_alarm(const Folder& folder);
 
 /// Makes `INI` a record of these bytes: each entry and each value takes some of them, and what they

@@ -13,6 +13,7 @@
 
 namespace {
 
+using namespace std::string_view_literals;
 using Files = Folder::Files;
 using Lines = std::vector<std::string>;
 
@@ -27,7 +28,7 @@ class Random {
 
   /// One that is likely to matter.
   char odd_byte() {
-    constexpr std::string_view odd("\"\"\"[]=;#, \t\r\n\v\a\0\x1b\x7f\xc3\xa4\xff'0-x", 29);
+    constexpr std::string_view odd = "\"\"\"[]=;#, \t\r\n\v\a\0\x1b\x7f\xc3\xa4\xff'0-x"sv;
     return once_in(4) ? byte() : odd[below(odd.size())];
   }
 
@@ -394,12 +395,12 @@ TEST_F(CheckProperty, NothingGoesSilently) {
 }
 
 TEST_F(CheckProperty, NothingSavedIsBlamed) {
+  const Folder folder(Files{});
   for (unsigned seed = seed_; seed < seed_ + folders_; ++seed) {
     Random random(seed);
     std::string bytes;
     const std::size_t size = random.below(4) * 20000;
     while (bytes.size() < size) bytes += random.odd_byte();
-    const Folder folder(Files{});
     make_record(bytes);
     ASSERT_EQ(first_false_alarm(folder), "") << "seed " << seed;
   }
