@@ -110,20 +110,6 @@ Place place_of(int file, const OpenSection& open, int key) {
   return {entry, &family->fields[static_cast<std::size_t>(key)]};
 }
 
-/// Stores the value at `p_s`. What has no place is dropped.
-void store(const OpenSection& open, const Place& place) {
-  if (place.field == nullptr) return;
-  const Field& field = *place.field;
-  if (field.kind == Kind::text) {
-    std::strncpy(bytes_at(field, place.entry), p_s, field.width);
-  } else {
-    unsigned value = number_in(p_s);
-    if (field.kind == Kind::low_u8) value &= 0xFFU;
-    set_number_at(field, place.entry, value);
-  }
-  if (open.family->loaded != nullptr) open.family->loaded(place.entry, open.index, field);
-}
-
 /// What lasts from line to line of a file.
 struct Reading {
   explicit Reading(int read) : file(read), open(read, actual_section) {}
@@ -167,7 +153,7 @@ Fate read_piece(Reading& reading, char* line) {
   reading.value = trim_value(reading.written);
   p_s = reading.value.data();
   reading.place = place_of(reading.file, reading.open, reading.key);
-  store(reading.open, reading.place);
+  FillVar(reading.file, actual_section, reading.key);
   return reading.place.field == nullptr ? Fate::no_room : Fate::taken;
 }
 
@@ -236,5 +222,15 @@ int EncodeINIFile(int file, const char* path) {
 
 void FillVar(int file, int section, int key) {
   const OpenSection open(file, section);
-  store(open, place_of(file, open, key));
+  const Place place = place_of(file, open, key);
+  if (place.field == nullptr) return;
+  const Field& field = *place.field;
+  if (field.kind == Kind::text) {
+    std::strncpy(bytes_at(field, place.entry), p_s, field.width);
+  } else {
+    unsigned value = number_in(p_s);
+    if (field.kind == Kind::low_u8) value &= 0xFFU;
+    set_number_at(field, place.entry, value);
+  }
+  if (open.family->loaded != nullptr) open.family->loaded(place.entry, open.index, field);
 }
