@@ -29,7 +29,8 @@ TEST_P(Check, SaysWhatIsWrong) {
   for (const Case& c : read_cases(GetParam())) {
     SCOPED_TRACE("findings.txt, line " + std::to_string(c.line));
     const Folder folder;
-    folder.write("commands", c.commands + "\n\"" HARRIER_CHECK "\" --quiet \"$@\" >printed\n");
+    folder.write("commands",
+                 c.commands + "\n" + built_program("harrier-check") + " --quiet \"$@\" >printed\n");
     const int status = std::system(("cd " + folder.path() + " && bash -eu commands").c_str());
     EXPECT_EQ(folder.read("printed"), c.findings);
     EXPECT_EQ(WEXITSTATUS(status), c.findings.find(": error: ") == std::string::npos ? 0 : 1);

@@ -35,8 +35,8 @@ class Commands : public Tables {};
 
 TEST_P(Commands, DoAsWritten) {
   Folder::Files files = demo_with("");
-  files["probe"] = "#!/bin/sh\nexec " HARRIER_PROBE " \"$@\"\n";
-  files["check_language"] = "#!/bin/sh\nexec " HARRIER_CHECK_LANGUAGE " \"$@\"\n";
+  files["probe"] = "#!/bin/sh\nexec " + built_program("harrier_probe") + " \"$@\"\n";
+  files["check_language"] = "#!/bin/sh\nexec " + built_program("check_language") + " \"$@\"\n";
   for (const Line& line : lines()) {
     SCOPED_TRACE("commands.txt, line " + std::to_string(line.number));
     files["command"] =
