@@ -19,7 +19,8 @@ namespace {
 int run(const Folder& folder, const std::string& commands) {
   folder.write("commands", "source=" HARRIER_SOURCE_DIR "\nPATH=.:$PATH\n" + commands + "\n");
   const std::string program = folder.path("harrier-check");
-  if (!std::filesystem::exists(program)) std::filesystem::create_symlink(HARRIER_CHECK, program);
+  if (!std::filesystem::exists(program))
+    std::filesystem::create_symlink(built_program("harrier-check"), program);
   return WEXITSTATUS(std::system(("cd " + folder.path() + " && bash -eu commands").c_str()));
 }
 

@@ -31,8 +31,8 @@ TEST(Languages, AreTakenApartByTheirCheck) {
     folder.write("lang_15.ini", broken);
     std::string expected;
     for (std::size_t i = 2; i < line.cells.size(); ++i) expected += english(line[i]) + "\n";
-    const std::string command =
-        "cd " + folder.path() + "; " HARRIER_CHECK_LANGUAGE " lang_15.ini >printed 2>&1";
+    const std::string command = "cd " + folder.path() + "; " + built_program("check_language") +
+                                " lang_15.ini >printed 2>&1";
     const int status = std::system(command.c_str());
     EXPECT_EQ(replaced(folder.read("printed"), {{"lang_15.ini: ", ""}, {"lang_15.ini:", ""}}),
               expected);
