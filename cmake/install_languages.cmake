@@ -4,7 +4,8 @@
 # existing file is replaced only if [Harrier] is its only section. Any other file stays as it is.
 
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX NORMALIZE)
-file(GLOB languages "${CMAKE_CURRENT_LIST_DIR}/../languages/lang_*.ini")
+cmake_path(SET from NORMALIZE "${CMAKE_CURRENT_LIST_DIR}/../languages")
+file(GLOB languages "${from}/lang_*.ini")
 foreach(language IN LISTS languages)
   cmake_path(GET language FILENAME name)
   set(present "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${name}")
@@ -19,7 +20,7 @@ foreach(language IN LISTS languages)
   if(ours)
     file(INSTALL "${language}" DESTINATION "${CMAKE_INSTALL_PREFIX}")
   else()
-    message(STATUS "Kept: ${present}, which is not Harrier's alone. docs/files.md describes how to "
-      "add the section [Harrier]")
+    message(STATUS "Kept: ${present}, which is not Harrier's alone. To add Harrier's texts: "
+      "${CMAKE_INSTALL_PREFIX}/harrier-languages --from=${from} --apply")
   endif()
 endforeach()

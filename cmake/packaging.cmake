@@ -9,9 +9,9 @@ endif()
 include(GNUInstallDirs)
 
 # The programs look for all files in their own folder, so they are not installed into a folder bin.
-install(TARGETS harrier harrier-check RUNTIME DESTINATION . COMPONENT program)
+install(TARGETS harrier harrier-check harrier-languages RUNTIME DESTINATION . COMPONENT program)
 install(SCRIPT cmake/install_languages.cmake COMPONENT languages)
-install(FILES man/harrier.8 man/harrier-check.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8
+install(FILES man/harrier.8 man/harrier-check.8 man/harrier-languages.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8
   COMPONENT manual)
 
 # --- The Debian package ---------------------------------------------------------------------------
@@ -26,12 +26,12 @@ set(doc /usr/share/doc/harrier)
 file(GLOB languages CONFIGURE_DEPENDS languages/lang_*.ini)
 
 install(FILES ${languages} DESTINATION /etc/harrier COMPONENT debian EXCLUDE_FROM_ALL)
-install(PROGRAMS ${debian}/harrier DESTINATION /usr/sbin COMPONENT debian EXCLUDE_FROM_ALL)
+install(PROGRAMS ${debian}/harrier ${debian}/harrier-languages DESTINATION /usr/sbin COMPONENT debian EXCLUDE_FROM_ALL)
 install(PROGRAMS ${debian}/harrier-check DESTINATION /usr/bin COMPONENT debian EXCLUDE_FROM_ALL)
-install(FILES check/completions/harrier-check DESTINATION /usr/share/bash-completion/completions
-  COMPONENT debian EXCLUDE_FROM_ALL)
-install(FILES check/completions/_harrier-check DESTINATION /usr/share/zsh/vendor-completions
-  COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES check/completions/harrier-check merge/completions/harrier-languages
+  DESTINATION /usr/share/bash-completion/completions COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES check/completions/_harrier-check merge/completions/_harrier-languages
+  DESTINATION /usr/share/zsh/vendor-completions COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc}
   COMPONENT debian EXCLUDE_FROM_ALL)
 install(DIRECTORY docs DESTINATION ${doc} COMPONENT debian EXCLUDE_FROM_ALL)
@@ -49,7 +49,7 @@ function(install_compressed file name)
     file(CHMOD \"\${target}\" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)"
     COMPONENT debian EXCLUDE_FROM_ALL)
 endfunction()
-foreach(page harrier.8 harrier-check.8)
+foreach(page harrier.8 harrier-check.8 harrier-languages.8)
   install_compressed("${PROJECT_SOURCE_DIR}/man/${page}" /usr/share/man/man8/${page}.gz)
 endforeach()
 

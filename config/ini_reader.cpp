@@ -88,7 +88,8 @@ unsigned number_in(const char* text) {
     else
       break;  // perhaps a blank or a sign
   }
-  return static_cast<unsigned>(std::strtol(text, nullptr, 10));
+  // 64 bits on every platform, so that a number too large has the same low bits everywhere.
+  return static_cast<unsigned>(std::strtoll(text, nullptr, 10));
 }
 
 /// Where the record keeps a value.

@@ -15,6 +15,7 @@ namespace {
 constexpr const char* patterns[] = {
     "kestrel.ini",          "jobs.ini",   "jobsSTS.ini",  "sensor.ini", "group_[0-9][0-9].ini",
     "lang*_[0-9][0-9].ini", "debugs.log", "ups_shut.scr", "harrier",    "harrier-check",
+    "harrier-languages",
 };
 
 bool is_service_name(const std::string& name) {

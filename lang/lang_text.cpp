@@ -27,7 +27,6 @@ namespace {
 constexpr const char* headers[] = {nullptr,     "[Merlin]",  "[Osprey]",
                                    "[Harrier]", "[Skylark]", "[Wren]"};
 
-constexpr std::size_t line_limit = 298;
 constexpr std::size_t key_length = 9;              // of "String000"
 constexpr std::size_t counted = key_length + 102;  // bytes of a text line that count
 constexpr std::string_view version_key = "Version:";
@@ -47,9 +46,10 @@ void set_default(int number) { name_number(LangText[number], "Text ", number); }
 
 /// Returns a line before the section without its line end. Drops the last character whatever it is:
 /// a header that ends the file without a line end is not found.
-std::string_view header_line(const char* line, std::size_t length) {
-  if (length < 2) return {};
-  return {line, line[length - 2] == '\r' ? length - 2 : length - 1};
+std::string_view header_line(std::string_view line) {
+  if (line.size() < 2) return {};
+  line.remove_suffix(line[line.size() - 2] == '\r' ? 2 : 1);
+  return line;
 }
 
 /// Returns a line of the section without its line end if it has one.
@@ -68,13 +68,12 @@ void note_version(std::string_view line) {
 }
 
 /// Reads up to the header of the section. Returns false when the file does not have that header.
-bool find_section(LineReader& file, std::string_view header) {
-  char line[line_limit + 1];
+bool find_section(LineReader& file, int program) {
+  char line[language_line_limit + 1];
   std::size_t length;
-  while (file.next(line, line_limit, length)) {
-    const std::string_view text = header_line(line, length);
-    if (text == header) return true;
-    note_version(text);
+  while (file.next(line, language_line_limit, length)) {
+    if (section_program({line, length}) == program) return true;
+    note_version(header_line({line, length}));
   }
   return false;
 }
@@ -96,10 +95,10 @@ bool store_text(int number, std::string_view line) {
 }
 
 void load_section(LineReader& file) {
-  char line[line_limit + 1];
+  char line[language_line_limit + 1];
   std::size_t length;
   for (int number = 0; number < text_count; ++number) {
-    if (!file.next(line, line_limit, length)) {
+    if (!file.next(line, language_line_limit, length)) {
       set_default(number);
       continue;
     }
@@ -121,6 +120,14 @@ void fill_tables() {
 }
 
 }  // namespace
+
+int section_program(std::string_view piece) {
+  const std::string_view line = header_line(piece);
+  for (int program = merlin; program <= wren; ++program) {
+    if (line == headers[program]) return program;
+  }
+  return 0;
+}
 
 int AllocText() {
   for (int number = 0; number < text_count; ++number) {
@@ -147,7 +154,7 @@ int LoadTextFile(int program, const char* path) {
     return 1;
   }
   LangFileVersion[0] = '\0';
-  if (!find_section(file, headers[program])) {
+  if (!find_section(file, program)) {
     printfc(format("\n\rCannot found section %s ", headers[program]).c_str());
     return 2;
   }

@@ -28,6 +28,12 @@ extern char sys_mess[20][30];
 /// The programs that have a section of their own in the language files.
 enum LanguageProgram { merlin = 1, osprey, harrier, skylark, wren };
 
+/// A line of a language file comes in pieces of at most so many characters (`LineReader::next`).
+constexpr std::size_t language_line_limit = 298;
+
+/// Returns the program whose section begins with this piece of a line, as `next` returned it, or 0.
+int section_program(std::string_view piece);
+
 /// Allocates the texts and fills in their defaults, "Text 000" and so on. Returns 0, or 1 when
 /// there is no memory.
 int AllocText();

@@ -15,11 +15,15 @@
 
 namespace {
 
-/// Runs commands of the shell in the folder, to which harrier-check is added. Returns the status.
+/// Runs commands of the shell in the folder, to which the commands that we install are added.
+/// Returns the status.
 int run(const Folder& folder, const std::string& commands) {
   folder.write("commands", "source=" HARRIER_SOURCE_DIR "\nPATH=.:$PATH\n" + commands + "\n");
-  const std::string program = folder.path("harrier-check");
-  if (!std::filesystem::exists(program)) std::filesystem::create_symlink(HARRIER_CHECK, program);
+  for (const char* const name : {"harrier-check", "harrier-languages"}) {
+    const std::string program = folder.path(name);
+    if (!std::filesystem::exists(program))
+      std::filesystem::create_symlink(built_program(name), program);
+  }
   return WEXITSTATUS(std::system(("cd " + folder.path() + " && bash -eu commands").c_str()));
 }
 
@@ -69,7 +73,7 @@ class CheckCommand : public testing::TestWithParam<Table> {};
 
 TEST_P(CheckCommand, DoesAsWritten) {
   for (const Line& line : GetParam().lines) {
-    SCOPED_TRACE("check_commands.txt, line " + std::to_string(line.number));
+    SCOPED_TRACE(GetParam().name + ", line " + std::to_string(line.number));
     const Folder folder;
     std::string out;
     std::string err;
@@ -85,6 +89,8 @@ TEST_P(CheckCommand, DoesAsWritten) {
 
 INSTANTIATE_TEST_SUITE_P(All, CheckCommand, testing::ValuesIn(read_tables("check_commands.txt")),
                          name_of);
+INSTANTIATE_TEST_SUITE_P(Languages, CheckCommand,
+                         testing::ValuesIn(read_tables("languages_commands.txt")), name_of);
 
 /// Every byte as a key, as a value, and as a section.
 std::string hostile_lines() {

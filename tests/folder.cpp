@@ -31,6 +31,11 @@ std::string_view find_value(std::string_view text, std::string_view section, std
 
 std::string source_dir() { return HARRIER_SOURCE_DIR; }
 
+std::string built_program(const std::string& name) {
+  const char* const other = std::getenv("HARRIER_PROGRAMS");
+  return std::string(other == nullptr ? HARRIER_PROGRAMS : other) + "/" + name;
+}
+
 std::string read_file(const std::string& path) {
   // Not by iterators: they throw when a file of a process that has just ended cannot be read.
   std::ostringstream bytes;
@@ -62,7 +67,7 @@ Folder::Folder(const Files& files) {
     throw std::system_error(errno, std::generic_category(), name);
   }
   path_ = name;
-  fs::create_symlink(HARRIER_PROGRAM, path("harrier"));
+  fs::create_symlink(built_program("harrier"), path("harrier"));
   fs::copy(source_dir() + "/languages", path_);
   for (const auto& [file, bytes] : files) write(file, bytes);
 }

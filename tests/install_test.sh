@@ -38,18 +38,19 @@ for name in lang_00.ini lang_02.ini; do
   grep -q "Kept: $kestrel/$name" "$folder/log" || fail "nothing says that $name was kept"
 done
 expect_same "$source/languages/lang_01.ini" "$kestrel/lang_01.ini"
-for page in harrier.8 harrier-check.8; do
+for page in harrier.8 harrier-check.8 harrier-languages.8; do
   expect_same "$source/man/$page" "$kestrel/share/man/man8/$page"
 done
 diff <(cd "$source/languages" && ls) <(cd "$kestrel" && ls lang_*) || fail "languages are missing"
 
-# The commands that the page of the files gives put our section into a shared file.
-sed -n 's/^    //; /^ours=/,/>> /p' "$source/docs/files.md" |
-  sed "s|=languages|=$source/languages|; s|=/opt/kestrel|=$kestrel|" >"$folder/commands"
-[[ -s $folder/commands ]] || fail "docs/files.md gives no commands"
-bash -eu "$folder/commands"
-{ sed '/^\[Harrier\]/,/^\[Wren\]/ { /^\[Wren\]/!d }' "$folder/before/lang_00.ini" &&
-  sed -n '/^\[Harrier\]/,$p' "$source/languages/lang_00.ini"; } | cmp - "$kestrel/lang_00.ini"
+# The command that the installation names puts our section into the shared file, and nothing else.
+command=$(sed -n 's/.*add Harrier.s texts: //p' "$folder/log" | tail -n 1)
+(cd / && bash -c "$command") >"$folder/log" && fail "a file that was left alone is not mentioned"
+grep -qx "$kestrel/lang_02.ini: left alone: .*" "$folder/log" || fail "$(cat "$folder/log")"
+{ sed '/^\[Harrier\]/,$d' "$folder/before/lang_00.ini" &&
+  sed -n '/^\[Harrier\]/,$p' "$source/languages/lang_00.ini" && echo '[Wren]'; } |
+  cmp - "$kestrel/lang_00.ini"
+expect_same "$folder/before/lang_02.ini" "$kestrel/lang_02.ini"
 expect_status 0
 grep -q 'Harrier 5\.3\.0' "$folder/screen" || fail "no menu was shown"
 # The check looks at the folder in which it lies.
@@ -71,11 +72,12 @@ expect_same "$source/languages/lang_01.ini" "$folder/stage/opt/kestrel/lang_01.i
 cpack --config "$build/CPackConfig.cmake" -B "$folder/package" >"$folder/log" 2>&1 ||
   fail "$(cat "$folder/log")"
 dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort >"$folder/contents"
-[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier$'\n'./opt/kestrel/harrier-check ]] ||
+[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier$'\n'./opt/kestrel/harrier-check$'\n'./opt/kestrel/harrier-languages ]] ||
   fail "$(cat "$folder/contents")"
 for file in sbin/harrier bin/harrier-check share/man/man8/harrier.8.gz share/man/man8/harrier-check.8.gz \
   share/doc/harrier/docs/files.md share/bash-completion/completions/harrier-check \
-  share/zsh/vendor-completions/_harrier-check; do
+  share/zsh/vendor-completions/_harrier-check sbin/harrier-languages share/man/man8/harrier-languages.8.gz \
+  share/bash-completion/completions/harrier-languages share/zsh/vendor-completions/_harrier-languages; do
   grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
 done
 version=$(dpkg-deb --field "$folder"/package/harrier_*.deb Version)
@@ -90,6 +92,21 @@ for option in --version "--explain text-cut"; do
   # shellcheck disable=SC2086
   "$folder/root/usr/bin/harrier-check" $option | cmp - <("$kestrel/harrier-check" $option)
 done
+# The script of the package links what is missing, and changes no other file.
+mkdir "$folder/control" "$folder/etc"
+dpkg-deb --control "$folder"/package/harrier_*.deb "$folder/control"
+cp "$source/languages"/* "$folder/etc"
+sed -i "s|/opt/kestrel|$kestrel|; s|/etc/harrier|$folder/etc|" "$folder/control/postinst" \
+  "$folder/root/usr/sbin/harrier-languages"
+cp -r "$kestrel" "$folder/installed"
+"$folder/control/postinst" configure >"$folder/log"
+diff -r "$folder/installed" "$kestrel" >"$folder/changes" && fail "nothing was linked"
+[[ $(cat "$folder/changes") == "Only in $kestrel: lang_00.ini" ]] || fail "$(cat "$folder/changes")"
+grep -q 'harrier-languages shows which' "$folder/log" || fail "nothing says that a file was left alone"
+"$folder/root/usr/sbin/harrier-languages" --from="$folder/etc" >"$folder/log" &&
+  fail "a file that was left alone is not mentioned"
+[[ $(grep -v ': up to date$' "$folder/log") == "$kestrel/lang_02.ini: left alone: "* ]] ||
+  fail "$(cat "$folder/log")"
 # complete_last WORD...: prints what bash offers for the last word.
 complete_last() {
   (
@@ -105,3 +122,7 @@ complete_last() {
 [[ $(complete_last --as = jobs) == 'jobs.ini jobsSTS.ini' ]] || fail "the completion offers no name"
 [[ $(complete_last --explain text) == text-cut ]] || fail "the completion offers no class"
 [[ $(cd "$source" && complete_last --quiet dem) == demo ]] || fail "the completion offers no folder"
+# shellcheck disable=SC2016
+[[ $(bash -c 'source "$1"; _harrier_languages "" --fr; echo "${COMPREPLY[@]}"' bash \
+  "$folder/root/usr/share/bash-completion/completions/harrier-languages") == --from= ]] ||
+  fail "the completion offers no --from"

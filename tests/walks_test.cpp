@@ -35,10 +35,11 @@ class Commands : public Tables {};
 
 TEST_P(Commands, DoAsWritten) {
   Folder::Files files = demo_with("");
-  files["probe"] = "#!/bin/sh\nexec " HARRIER_PROBE " \"$@\"\n";
-  files["check_language"] = "#!/bin/sh\nexec " HARRIER_CHECK_LANGUAGE " \"$@\"\n";
+  files["probe"] = "#!/bin/sh\nexec " + built_program("harrier_probe") + " \"$@\"\n";
+  files["check_language"] = "#!/bin/sh\nexec " + built_program("check_language") + " \"$@\"\n";
   // Called by the path of the script, so that it lies in the folder.
-  files["harrier-check"] = "#!/bin/bash\nexec -a \"$0\" " HARRIER_CHECK " \"$@\"\n";
+  files["harrier-check"] =
+      "#!/bin/bash\nexec -a \"$0\" " + built_program("harrier-check") + " \"$@\"\n";
   for (const Line& line : lines()) {
     SCOPED_TRACE("commands.txt, line " + std::to_string(line.number));
     files["command"] =

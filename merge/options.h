@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// The command line of harrier-languages.
+
+enum class Task : std::uint8_t { show, apply, help, version };
+
+struct Options {
+  Task task = Task::show;
+  std::string from = "/etc/harrier";  // where the package installs our language files
+  std::string folder = {};            // of the service; empty for that of the program
+};
+
+/// Reads the command line. Returns 0, or EINVAL after a sentence on standard error.
+int read_options(int count, char* arguments[], Options& options);
+
+extern const std::string_view help_text;

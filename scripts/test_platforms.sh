@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Builds Harrier for other platforms and tests it under an emulator.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/build.sh
+source scripts/build.sh
+
+# platform | emulator | Debian's name of the compiler's target
+platforms='arm64 aarch64 aarch64-linux-gnu
+armhf arm arm-linux-gnueabihf
+i386 i386 i686-linux-gnu
+riscv64 riscv64 riscv64-linux-gnu
+s390x s390x s390x-linux-gnu'
+
+usage() {
+  cat <<END
+usage: scripts/test_platforms.sh [PLATFORM...]
+
+Builds Harrier with the cross compilers of Debian, and tests it with QEMU. The
+cases about files, profiles and schedules run as programs of the platform. In
+the walks, a test program of this machine types into the emulated editor.
+Without a platform it takes all: $(cut -d ' ' -f 1 <<<"$platforms" | xargs)
+END
+}
+
+# Two cases need more than an emulator has: a start without memory, and all losses of power, which
+# take minutes and do not depend on the platform.
+left_out='Failingstarts|PowerCut'
+
+# test_platform PLATFORM EMULATOR TARGET
+test_platform() {
+  local platform=$1 emulator=$2 target=$3 program
+  build "$platform" all -DHARRIER_TESTS=ON
+  echo "Testing: $platform"
+  ctest --test-dir "build/$platform" -E "$left_out" -j "$(nproc)" --output-on-failure \
+    --no-tests=error | tail -n 5
+
+  # Of these names the test program of this machine starts the emulated ones.
+  mkdir -p "build/$platform/emulated"
+  for program in harrier harrier-check harrier_probe check_language; do
+    cp build/release/tests/emulated "build/$platform/emulated/$program"
+  done
+  HARRIER_PROGRAMS=$PWD/build/$platform/emulated HARRIER_EMULATOR=/usr/bin/qemu-$emulator \
+    QEMU_LD_PREFIX=/usr/$target ctest --test-dir build/release -R 'Walks|Commands|Screens|Check' \
+    -E "$left_out" -j "$(nproc)" --output-on-failure --no-tests=error --repeat until-pass:2 |
+    tail -n 5
+}
+
+chosen=("$@")
+((${#chosen[@]})) || mapfile -t chosen < <(cut -d ' ' -f 1 <<<"$platforms")
+needs=("${test_needs[@]}" qemu-user googletest)
+for platform in "${chosen[@]}"; do
+  row=$(grep "^$platform " <<<"$platforms") || { usage >&2 && exit 2; }
+  needs+=("g++-${row##* }")
+done
+need "${needs[@]}"
+build release all -DHARRIER_TESTS=ON
+for platform in "${chosen[@]}"; do
+  read -ra row < <(grep "^$platform " <<<"$platforms")
+  test_platform "${row[@]}"
+done
