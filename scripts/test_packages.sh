@@ -121,7 +121,6 @@ remove_deb() {
 # The root is one of dpkg, so rpm does not know its shell.
 install_rpm() {
   rpm --root "$root" --nodeps --ignorearch -U "$1" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
-  [[ ! -s $work/log ]] || grep -v 'created as .*\.rpmnew' "$work/log" >&2 || :
 }
 remove_rpm() {
   rpm --root "$root" --nodeps -e harrier >"$work/log" 2>&1 || fail "$(cat "$work/log")"
@@ -133,7 +132,7 @@ test_archive() {
   new_root
   tar -C "$work" -xf "$1"
   sed -n 's/^       //p' "$work/harrier-$version-linux-$platform/INSTALL.md" |
-    sed "s|/opt/kestrel|$root&|; s|/usr/local|$root&|" >"$work/commands"
+    sed "s|/opt/kestrel|$root&|g; s|/usr/local|$root&|g" >"$work/commands"
   [[ $(wc -l <"$work/commands") -gt 5 ]] || fail "the note has no commands"
   (cd "$work/harrier-$version-linux-$platform" && bash -eu "$work/commands")
   expect_service "The archive"
@@ -190,8 +189,9 @@ root=$work/root
 echo "Installing a fresh root"
 mmdebstrap --quiet --variant=essential bookworm "$work/fresh"
 cat >"$work/newer.cmake" <<'END'
-file(APPEND "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/etc/harrier/lang_02.ini" "; newer\n")
-file(APPEND "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/etc/harrier/lang_03.ini" "; newer\n")
+file(GLOB folder "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/etc/harrier")
+file(APPEND "${folder}/lang_02.ini" "; newer\n")
+file(APPEND "${folder}/lang_03.ini" "; newer\n")
 END
 
 passed=0
