@@ -1,0 +1,219 @@
+#!/usr/bin/env bash
+# Builds the packages, installs each in a fresh root beside the files of a service, starts the
+# programs there, upgrades and removes them.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/build.sh
+source scripts/build.sh
+
+# platform | preset | emulator, "-" where this machine runs the programs | name in RPM packages
+platforms='amd64 release - x86_64
+arm64 arm64 qemu-aarch64 aarch64
+armhf armhf qemu-arm armv7hl
+i386 i386 qemu-i386 i686
+riscv64 riscv64 qemu-riscv64 riscv64
+s390x s390x qemu-s390x s390x'
+
+usage() {
+  cat <<END
+usage: scripts/test_packages.sh [PLATFORM...]
+
+Builds and tests the packages of these platforms, without a platform of all:
+$(cut -d ' ' -f 1 <<<"$platforms" | xargs)
+Needs root. The programs of other platforms run under QEMU.
+END
+}
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+# said PATTERN COMMAND...: the command prints this, on whichever output.
+said() {
+  local pattern=$1
+  shift
+  "$@" >"$work/said" 2>&1 </dev/null || fail "$* ended with $?: $(cat "$work/said")"
+  grep -q -- "$pattern" "$work/said" || fail "$* does not say $pattern: $(cat "$work/said")"
+}
+
+# run PATH ARGUMENT...: runs a program of the platform by its path in the root.
+run() {
+  local program=$1
+  shift
+  if [[ $emulator == - ]]; then
+    chroot "$root" "$program" "$@"
+  else
+    "$emulator" -0 "$root$program" "$root$program" "$@"
+  fi
+}
+
+# What belongs to the service, with owner, mode and contents. The packages may add their own files.
+service_files() {
+  (
+    cd "$root/opt/kestrel"
+    stat -c '%n %U:%G %a %Y' kestrel.ini jobs.ini lang_00.ini profile
+    stat -c '%n %u:%g %a' .
+    sha256sum kestrel.ini jobs.ini lang_00.ini profile
+  )
+}
+
+# A fresh root with a service, which has a language file of its own.
+new_root() {
+  rm -rf "$root"
+  # Links suffice: dpkg and rpm replace files, and write into none but their logs.
+  cp -al "$work/fresh" "$root"
+  mkdir -p "$root/opt/kestrel"
+  cp demo/* "$root/opt/kestrel"
+  printf 'English\n[Merlin]\nString000="Ours"\n' >"$root/opt/kestrel/lang_00.ini"
+  sed -n "/^\[Harrier\]/,\$p" languages/lang_00.ini >>"$root/opt/kestrel/lang_00.ini"
+  head -c 900 /dev/urandom >"$root/opt/kestrel/profile"
+  chown -R 1234:1234 "$root/opt/kestrel"
+  chmod 2770 "$root/opt/kestrel"
+  chmod 640 "$root/opt/kestrel/kestrel.ini"
+  service_files >"$work/service"
+}
+
+expect_service() { service_files | diff "$work/service" - || fail "$1 has changed the service"; }
+
+expect_programs() {
+  said "^harrier-check $version" run /opt/kestrel/harrier-check --version
+  said "Harrier $version" run /opt/kestrel/harrier
+  [[ $emulator != - ]] || {
+    said "^harrier $version" run /usr/sbin/harrier --version
+    said "Harrier $version" run /usr/sbin/harrier
+    said 'nothing found' run /usr/bin/harrier-check
+  }
+  [[ $(readlink "$root/opt/kestrel/lang_01.ini") == /etc/harrier/lang_01.ini ]] || fail "no link"
+}
+
+# test_kind deb|rpm OLD NEW: installs, upgrades, removes.
+test_kind() {
+  local kind=$1 old=$2 new=$3
+  new_root
+  "install_$kind" "$old"
+  expect_service "Installing $old"
+  expect_programs
+
+  # The administrator edits a language file, and another program adds a section to one.
+  sed -i 's/^String001=.*/String001="Edited"/' "$root/etc/harrier/lang_02.ini"
+  printf '[Merlin]\nString000="Ihres"\n' >>"$root/etc/harrier/lang_01.ini"
+  "install_$kind" "$new"
+  expect_service "Upgrading to $new"
+  grep -q Edited "$root/etc/harrier/lang_02.ini" || fail "$new has replaced an edited file"
+  grep -q '^; newer$' "$root/etc/harrier/lang_03.ini" || fail "$new has not renewed a file"
+  expect_programs
+
+  "remove_$kind"
+  expect_service "Removing $new"
+  [[ ! -e $root/opt/kestrel/harrier && ! -e $root/usr/sbin/harrier ]] || fail "programs remain"
+  grep -q Ihres "$root/opt/kestrel/lang_01.ini" || fail "the section of another program is lost"
+  [[ -z $(find "$root/opt/kestrel" -type l) ]] || fail "links remain"
+}
+
+install_deb() {
+  dpkg --root="$root" --force-confold --add-architecture "$platform"
+  dpkg --root="$root" --force-confold --force-unsafe-io -i "$1" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+}
+remove_deb() {
+  dpkg --root="$root" --purge harrier >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+  [[ ! -e $root/etc/harrier && ! -e $root/usr/share/doc/harrier ]] || fail "the purge leaves files"
+}
+
+# The root is one of dpkg, so rpm does not know its shell.
+install_rpm() {
+  rpm --root "$root" --nodeps --ignorearch -U "$1" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+}
+remove_rpm() {
+  rpm --root "$root" --nodeps -e harrier >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+  [[ ! -e $root/usr/share/doc/harrier ]] || fail "the removal leaves files"
+}
+
+# Follows the note in the archive.
+test_archive() {
+  new_root
+  tar -C "$work" -xf "$1"
+  sed -n 's/^       //p' "$work/harrier-$version-linux-$platform/INSTALL.md" |
+    sed "s|/opt/kestrel|$root&|g; s|/usr/local|$root&|g" >"$work/commands"
+  [[ $(wc -l <"$work/commands") -gt 5 ]] || fail "the note has no commands"
+  (cd "$work/harrier-$version-linux-$platform" && bash -eu "$work/commands")
+  expect_service "The archive"
+  said "^harrier-check $version" run /opt/kestrel/harrier-check --version
+  said "Harrier $version" run /opt/kestrel/harrier
+  [[ $emulator != - ]] || said "Harrier $version" run /usr/local/sbin/harrier
+}
+
+# The list names the files of the archive and the libraries.
+test_list() {
+  local folder=$work/harrier-$version-linux-$platform
+  jq -r '.components[] | select(.type == "file") | "\(.hashes[0].content)  \(.name)"' "$1" |
+    (cd "$folder" && sha256sum --quiet --check) || fail "$1 has wrong sums"
+  diff <(jq -r '.components[] | select(.type == "file").name' "$1" | sort) \
+    <(cd "$folder" && find . -type f -printf '%P\n' | sort) || fail "$1 has not all files"
+  [[ $(jq -r '[.components[] | select(.type == "library").properties[1].value] | join(" ")' "$1") == \
+    'libc.a libstdc++.a libgcc.a json.hpp' ]] || fail "$1 has not all libraries"
+}
+
+# What Debian's hardening-check looks for, which does not understand static programs.
+test_hardening() {
+  local program type=DYN
+  grep -q '^HARRIER_HAS_STATIC_PIE:INTERNAL=1' "build/$preset/CMakeCache.txt" || type=EXEC
+  for program in harrier harrier-check harrier-languages; do
+    readelf -hldW "build/$preset/$program" >"$work/elf"
+    grep -q "Type: *$type" "$work/elf" || fail "$program for $platform is not of type $type"
+    grep -q 'GNU_RELRO' "$work/elf" || fail "$program for $platform has no RELRO"
+    grep -q 'GNU_STACK.* RW ' "$work/elf" || fail "$program for $platform may execute its stack"
+    [[ $type == EXEC ]] || grep -q 'BIND_NOW' "$work/elf" || fail "$program for $platform binds late"
+    ! grep -q 'INTERP\|TEXTREL\|RWE' "$work/elf" || fail "$program for $platform is not static"
+  done
+  # The C library has both by itself, so it is our objects that count.
+  nm "build/$preset/libharrier_lib.a" >"$work/symbols" 2>/dev/null
+  (($(grep -c 'U __stack_chk_fail' "$work/symbols") > 20)) || fail "$platform: no stack protector"
+  grep -q 'U __memcpy_chk' "$work/symbols" || fail "$platform: nothing is fortified"
+}
+
+[[ ${1-} != -h && ${1-} != --help ]] || { usage && exit; }
+((EUID == 0)) || fail "This needs root: it installs into a root of its own"
+chosen=("$@")
+((${#chosen[@]})) || mapfile -t chosen < <(cut -d ' ' -f 1 <<<"$platforms")
+for platform in "${chosen[@]}"; do
+  grep -q "^$platform " <<<"$platforms" || { usage >&2 && exit 2; }
+done
+need "${package_needs[@]}" binutils jq mmdebstrap qemu-user rpm xz-utils
+scripts/package.sh "${chosen[@]}"
+(cd build/packages && sha256sum --quiet --check SHA256SUMS)
+
+version=$(sed -n 's/^project(harrier VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+chmod 755 "$work"
+root=$work/root
+echo "Installing a fresh root"
+mmdebstrap --quiet --variant=essential bookworm "$work/fresh"
+cat >"$work/newer.cmake" <<'END'
+file(GLOB folder "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/etc/harrier")
+file(APPEND "${folder}/lang_02.ini" "; newer\n")
+file(APPEND "${folder}/lang_03.ini" "; newer\n")
+END
+
+passed=0
+for platform in "${chosen[@]}"; do
+  read -r _ preset emulator rpm_name < <(grep "^$platform " <<<"$platforms")
+  test_hardening
+  for kind in deb rpm; do
+    name=harrier_${version}_$platform.deb
+    [[ $kind == deb ]] || name=harrier-$version-1.$rpm_name.rpm
+    [[ -e build/packages/$name ]] || continue
+    echo "Testing: $name"
+    cpack -G "${kind^^}" --config "build/$preset/CPackConfig.cmake" -B "$work/newer" \
+      -D CPACK_PACKAGE_VERSION=9.9.9 -D "CPACK_PRE_BUILD_SCRIPTS=$work/newer.cmake" >"$work/log" 2>&1 ||
+      fail "$(cat "$work/log")"
+    test_kind "$kind" "build/packages/$name" "$work/newer"/*9.9.9*."$kind"
+    rm -r "$work/newer"
+    passed=$((passed + 1))
+  done
+  echo "Testing: harrier-$version-linux-$platform.tar.xz"
+  test_archive "build/packages/harrier-$version-linux-$platform.tar.xz"
+  test_list "build/packages/harrier-$version-$platform.cdx.json"
+  passed=$((passed + 1))
+done
+echo "$passed passed, 0 failed"
