@@ -34,6 +34,7 @@ ansible_tests() {
   (cd "$root" && shellcheck -x "$ansible_folder/test.sh")
   ansible_role_steps
   ansible_same_bytes
+  ansible_readme
   ansible_page
   echo "The role and its page passed"
 }
@@ -288,10 +289,124 @@ YAML
     ansible_fail "A switch or a number from a template is another"
 }
 
+# The example of the page is accepted as it stands.
+ansible_readme() {
+  # shellcheck disable=SC2016
+  sed -n '/^# host_vars/,/^```/ { /^[#`]/d; p }' "$root/$ansible_folder/README.md" >values.yml
+  rm -r kestrel
+  mkdir kestrel
+  cp "$root/languages/lang_00.ini" "$root/demo/ups_shut.scr" kestrel
+  play changed -e @values.yml -e "kestrel_dir=$PWD/kestrel" \
+    -e "kestrel_check=$root/build/release/harrier-check"
+  grep -q 'Rack A left' kestrel/kestrel.ini || ansible_fail "The example was not installed"
+}
+
 # save_in FOLDER
 # The program loads the files and saves them. Whatever it shows is of no interest.
 save_in() { (cd "$1" && "$root/build/release/tests/harrier_probe" SaveINI </dev/null >/dev/null); }
 
-ansible_page() { :; }
+# The page, section by section as a new user would follow it, on three folders in place of hosts.
+ansible_page() {
+  echo "Following docs/fleet.md"
+  local host contact
+  export GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@localhost GIT_COMMITTER_NAME=A
+  export GIT_COMMITTER_EMAIL=a@localhost GIT_CONFIG_NOSYSTEM=1
+  unset ANSIBLE_ROLES_PATH
+  ln -s "$root" home/harrier
+  ansible_sections
+  root_of_sections=$PWD/sections
+
+  mkdir -p page/fleet/host_vars
+  cd page
+  for host in ups1 ups2 ups3; do
+    mkdir -p "$host/opt/kestrel"
+    cp -L "$root"/demo/*.ini "$root/demo/ups_shut.scr" "$host/opt/kestrel"
+    sed -i "s/Server room/Server room of $host/" "$host/opt/kestrel/kestrel.ini"
+    # All that the test adds to the page: the hosts are folders.
+    cat >"fleet/host_vars/$host.yml" <<YAML
+ansible_connection: local
+ansible_become: false
+kestrel_dir: $PWD/$host/opt/kestrel
+kestrel_check: $PWD/fleet/tools/harrier-check
+kestrel_service: ""
+YAML
+  done
+  mkdir before && cp -r ups? before
+
+  section "A repository"
+  cd fleet
+  for host in ups1 ups2 ups3; do
+    diff -r -x 'lang_*' "../$host/opt/kestrel" "hosts/$host" || ansible_fail "$host was not fetched"
+  done
+  [[ $(git ls-files hosts | wc -l) == 18 ]] || ansible_fail "Other files: $(git ls-files hosts)"
+  section "Check every change"
+  [[ $(jq .counts.error build/ups?.json) == $'0\n0\n0' ]] || ansible_fail "The hosts have other findings"
+  sed -i 's/^DataLogRate=.*/DataLogRate=70000/' hosts/ups2/kestrel.ini
+  ! git commit -a -m Bad >../log 2>&1 || ansible_fail "The hook lets a bad change pass"
+  grep -q '^build/ups2/kestrel.ini:11: error: ' ../log || ansible_fail "The hook shows no findings"
+  for job in .gitlab-ci.yml .github/workflows/check.yml; do
+    python3 -c 'import sys, yaml; job = yaml.safe_load(open(sys.argv[1])); print("\n".join(
+      job["check"]["script"] if "check" in job else
+      [step["run"] for step in job["jobs"]["check"]["steps"] if "run" in step]))' "$job" >../job
+    rm -r build
+    ! sh -e ../job >../log 2>&1 || ansible_fail "$job lets a bad change pass"
+    [[ $(jq -r '.findings[].class' build/*.json) == number-range ]] || ansible_fail "$job: no report"
+  done
+  git checkout -q hosts
+  sh -e ../job
+
+  section "Change and roll out"
+  contact='Contact="Night shift, ext. 4000"'
+  for host in ups1 ups2 ups3; do
+    [[ $(diff -r "../before/$host" "../$host" | grep '^>') == "> $contact" ]] ||
+      ansible_fail "$host: $(diff -r "../before/$host" "../$host")"
+  done
+
+  section "See drift"
+  sed -i 's/^Location=.*/Location="Cellar"/' ../ups2/opt/kestrel/kestrel.ini
+  rm ../ups3/opt/kestrel/group_00.ini
+  ! (section "See drift") || ansible_fail "The page sees no drift"
+  grep -q '^-Location="Cellar"' ../log || ansible_fail "The page does not show the drift"
+  section "See drift" tail
+  [[ $(git status --short) == $' M hosts/ups2/kestrel.ini\n D hosts/ups3/group_00.ini' ]] ||
+    ansible_fail "The drift was not fetched: $(git status --short)"
+  git checkout -q hosts
+  section "Go back"
+  [[ $(grep -h '^Contact' ../ups?/opt/kestrel/kestrel.ini | uniq -c | sed 's/^ *//') == "1 $contact
+2 Contact=\"Robin Hale, ext. 4120\"" ]] || ansible_fail "The hosts have other files after going back"
+  [[ -e ../ups3/opt/kestrel/group_00.ini ]] || ansible_fail "The group did not come back"
+  cd ../..
+}
+
+# Makes a shell script of each section of the page. A block with a name becomes its file.
+ansible_sections() {
+  mkdir sections
+  awk '
+    /^## / { script = "sections/" substr($0, 4); print "echo" >script; next }
+    /^```/ { fenced = !fenced; if (!fenced) print "PAGE" >script; first = fenced; held = ""; next }
+    fenced && first && /^#!/ { held = $0 "\n"; next }
+    fenced && first {
+      name = substr($0, 3); first = 0
+      printf "mkdir -p \"$(dirname %s)\"\ncat >%s <<\"PAGE\"\n%s", name, name, held >script
+    }
+    fenced { print >script; next }
+    /^    ! / { print "if " substr($0, 5) "; then :; else exit 1; fi" >script; next }
+    /^    / { print substr($0, 5) >script }' "$root/docs/fleet.md"
+  # An empty folder is there already, with what the test needs.
+  sed -i "s|^mkdir fleet|mkdir -p fleet|; s|/opt/kestrel/harrier-check|$root/build/release/harrier-check|
+    s|/etc/harrier/|$root/languages/|g" sections/*
+  [[ $(find sections -type f | wc -l) == 5 ]] || ansible_fail "The page has other sections"
+}
+
+# section NAME [tail]
+# Runs a section of the page in the current folder; with "tail", what follows the exit status.
+section() {
+  local script=$root_of_sections/$1
+  [[ $# == 1 ]] || { script=$root_of_sections/tail && sed '1,/^if /d' "$root_of_sections/$1" >"$script"; }
+  bash -eu "$script" >"$root_of_sections/../page/log" 2>&1 || {
+    [[ $1 == "See drift" ]] || cat "$root_of_sections/../page/log"
+    return 1
+  }
+}
 
 if [[ ${BASH_SOURCE[0]} == "$0" ]]; then ansible_role; fi

@@ -399,7 +399,8 @@ def main():
     except (OSError, KeyError) as error:
         module.fail_json(msg="The files could not be installed: %s" % error)
     for finding in result["findings"]:
-        module.warn(finding)
+        if ": note: " not in finding:
+            module.warn(finding)
     module.exit_json(**result)
 
 
