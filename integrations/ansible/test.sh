@@ -30,7 +30,7 @@ ansible_tests() {
   mkdir home
 
   echo "Linting the role"
-  (cd "$root/$ansible_folder" && ansible-lint --offline --strict --profile production -q .)
+  (cd "$root/$ansible_folder" && ansible-lint --offline --strict --profile production -q roles/kestrel)
   (cd "$root" && shellcheck -x "$ansible_folder/test.sh")
   ansible_role_steps
   ansible_same_bytes
