@@ -175,7 +175,7 @@ const std::map<std::string_view, Call> calls = NAMED(
     print_gr_ups, print_gr_event, print_gr_event_param, print_group_param_new,
     print_group_job_param1, print_group_job_param2, print_group_job_event, get_int, get_yesno,
     yesno, yesnostr, cut_marked, print_next_actions, center, dopln, get_str1, get_prtk, getnum,
-    s_tick, choice_language, LoadText, FindUpsModelTxt, JobToDefault);
+    s_tick, choice_language, LoadText, FindUpsModelTxt, JobToDefault, SaveINI);
 
 }  // namespace
 
