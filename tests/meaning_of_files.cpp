@@ -4,11 +4,13 @@
 #include <cctype>
 #include <map>
 #include <set>
+#include <string>
 #include <utility>
 
 namespace {
 
-using Values = std::map<std::pair<std::string, std::string>, Statement>;  // by header and key
+using Values =
+    std::map<std::pair<std::string_view, std::string_view>, Statement>;  // by header and key
 
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\v\f";
@@ -28,8 +30,7 @@ bool is_remark_of_a_save(std::string_view text) {
 void read_line(std::string_view text, Statement& now) {
   now.text = text;
   now.strange = now.quoted = false;
-  now.key.clear();
-  now.value.clear();
+  now.key = now.value = {};
   if (is_remark(text)) return;
   if (text.starts_with('[')) {
     const std::size_t end = std::min(text.find(']'), text.size());
@@ -60,7 +61,8 @@ std::string plain_number(std::string_view text) {
   return (negative && digits != "0" ? "-" : "") + std::string(digits);
 }
 
-std::string capitals(std::string text) {
+std::string capitals(std::string_view small) {
+  std::string text(small);
   for (char& letter : text)
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
   return text;
@@ -74,8 +76,7 @@ bool same_value(const Statement& before, const Statement& after) {
   return before.value == after.value || (code && capitals(before.value) == after.value);
 }
 
-}  // namespace
-
+/// The lines of a file, without the blank ones.
 std::vector<Statement> statements_of(std::string_view bytes) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";  // nobody sees it
   if (bytes.starts_with(mark)) bytes.remove_prefix(mark.size());
@@ -94,13 +95,14 @@ std::vector<Statement> statements_of(std::string_view bytes) {
   return statements;
 }
 
+}  // namespace
+
 std::vector<Statement> lost_lines(std::string_view before, std::string_view after) {
-  std::set<std::string> headers;
+  std::set<std::string_view> headers;
   Values values;
-  for (Statement& statement : statements_of(after)) {
+  for (const Statement& statement : statements_of(after)) {
     headers.insert(statement.header);
-    std::pair name(statement.header, statement.key);
-    values[name] = std::move(statement);
+    values[{statement.header, statement.key}] = statement;
   }
   std::vector<Statement> lost;
   for (const Statement& statement : statements_of(before)) {
