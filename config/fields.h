@@ -83,4 +83,3 @@ unsigned number_at(const Field& field, const void* entry);
 
 /// Stores a number, cut to the field's width.
 void set_number_at(const Field& field, void* entry, unsigned value);
-

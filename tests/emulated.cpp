@@ -1,6 +1,7 @@
 // Runs a program of another platform under an emulator, in its place: with its name, its arguments
 // and its terminal. This program lies as "emulated/NAME" below the folder of the program NAME. The
-// variable HARRIER_EMULATOR is the path of the emulator, which takes the name as "-0 NAME" (QEMU does).
+// variable HARRIER_EMULATOR is the path of the emulator, which takes the name as "-0 NAME" (QEMU
+// does).
 
 #include <unistd.h>
 
