@@ -18,7 +18,7 @@ MemoryFile::MemoryFile() : file_(memfd_create("harrier-check", MFD_CLOEXEC)) {
   if (file_.fd < 0) error_ = errno;
 }
 
-int MemoryFile::append(std::string_view bytes) {
+int MemoryFile::append(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t written = write(file_.fd, bytes.data(), bytes.size());
     if (written > 0)

@@ -15,7 +15,7 @@ class MemoryFile {
   MemoryFile();
 
   /// Appends bytes. Returns 0 or errno.
-  int append(std::string_view bytes);
+  int append(std::string_view bytes) const;
 
   /// Where the file can be opened and read from its start.
   std::string path() const;

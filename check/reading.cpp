@@ -418,7 +418,7 @@ void check_value(const ReadPiece& piece) {
   }
   if (under != Under::known || has_borrowed_row(piece)) check_place(piece);
   const int key = key_number(*piece.family, *piece.field);
-  int& counts = source->values[static_cast<std::size_t>(piece.section * key_slots + key)];
+  int& counts = source->values[place_in_values(piece.section, key)];
   if (counts != 0 && counts != piece.number) {
     add(Class::key_twice, counts,
         {.section = std::string(section_name(piece)),

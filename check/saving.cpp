@@ -24,7 +24,7 @@ char* entries_of(const Source& source, const Family& family, Record& record) {
 
 /// The line of a value itself, 0 when the file has none.
 int own_line(const Source& source, int section, int key) {
-  return source.values[static_cast<std::size_t>(section * key_slots + key)];
+  return source.values[place_in_values(section, key)];
 }
 
 /// The header of a section, or else a line that was taken for it though its header is missing. 0

@@ -67,7 +67,7 @@ void reset_sources() {
 }
 
 int line_of(const Source& source, int section, int key) {
-  const int line = source.values[static_cast<std::size_t>(section * key_slots + key)];
+  const int line = source.values[place_in_values(section, key)];
   return line != 0 ? line : line_of(source, section);
 }
 

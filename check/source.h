@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,11 @@ bool is_loaded(int file);
 
 /// Clears all sources.
 void reset_sources();
+
+/// The place of a key of a section in `Source::values`.
+constexpr std::size_t place_in_values(int section, int key) {
+  return static_cast<std::size_t>(section) * key_slots + static_cast<std::size_t>(key);
+}
 
 /// The line of a value: its own, or else that of its section, or else 1.
 int line_of(const Source& source, int section, int key);
