@@ -21,4 +21,4 @@ std::string first_false_alarm(const Folder& folder);
 /// do not reach is empty. Texts get any bytes, numbers any value. Left out is only what cannot be
 /// loaded as it is saved and so takes an entry with it: a name that begins with a quote, an event
 /// whose first condition has no low byte, and line feeds where the menus accept none.
-void make_record(std::string_view bytes);
+void make_record(std::string_view input);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -78,20 +79,20 @@ std::string with_odd_bytes(Random& random, std::string line) {
   return line;
 }
 
-std::string after_something(Random& random, std::string line) {
+std::string after_something(Random& random, const std::string& line) {
   static const Lines starts = {";",   "; ", "#",  "# ", " ", "   ", "\t", " ;",
                                "\t;", "\a", "\r", "\v", "]", "[",   "=",  "\xEF\xBB\xBF"};
   return random.of(starts) + line;
 }
 
-std::string before_something(Random& random, std::string line) {
+std::string before_something(Random& random, const std::string& line) {
   static const Lines ends = {" ",        "\t", "\r", " ; why", "; why", " # why", "\"",  " \"",
                              "\" \"x\"", "]",  " ]", "=1",     "0",     "]\\",    " x=1"};
   return line + random.of(ends);
 }
 
 /// Numbers and texts, with a quote or without.
-std::string with_value(Random& random, std::string line) {
+std::string with_value(Random& random, const std::string& line) {
   static const Lines values = {"",
                                "\"\"",
                                "0",
@@ -169,18 +170,18 @@ std::string renumbered(Random& random, std::string line) {
   return line.replace(end - 2, 2, random.of(numbers));
 }
 
-std::string twice(Random& random, std::string line) {
+std::string twice(Random& random, const std::string& line) {
   return line + "\n" + (random.once_in(2) ? line : with_value(random, line));
 }
 
-std::string gone(Random&, std::string) { return ""; }
+std::string gone(Random&, const std::string&) { return ""; }
 
 struct LineChange {
   const char* name;
-  std::string (*change)(Random&, std::string);
+  std::function<std::string(Random&, const std::string&)> change;
 };
 
-constexpr LineChange line_changes[] = {
+const LineChange line_changes[] = {
     {"typo", with_typo},        {"odd bytes", with_odd_bytes},
     {"start", after_something}, {"end", before_something},
     {"value", with_value},      {"value", with_value},
