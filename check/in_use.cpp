@@ -46,15 +46,17 @@ bool groups_are_enabled() { return !is_loaded(main_file) || INI.system.EnabledGr
 
 std::vector<UsedJob> used_jobs() {
   std::vector<UsedJob> jobs;
+  jobs.reserve(job_count + group_count * event_count);
+  const Entry first_job = entry_of(source_of(jobs_file), "Job_", 0);
   for (int i = 0; i < job_count && INI.system.DisableJobs == 0; ++i) {
-    jobs.push_back({entry_of(source_of(jobs_file), "Job_", i), INI.job[i]});
+    jobs.push_back({{first_job.source, first_job.family, i}, INI.job[i]});
   }
   if (!groups_are_enabled()) return jobs;
   for (const int group : used_groups()) {
+    const Entry first = entry_of(source_of(group_file, group), "Event_", 0);
     for (int i = 0; i < event_count; ++i) {
       const GroupEvent& event = INI.group[group].events[i];
-      if (event.Type[0] != 0)
-        jobs.push_back({entry_of(source_of(group_file, group), "Event_", i), event.job});
+      if (event.Type[0] != 0) jobs.push_back({{first.source, first.family, i}, event.job});
     }
   }
   return jobs;

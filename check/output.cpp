@@ -10,6 +10,9 @@ int first_error = 0;
 }
 
 void put_out(std::string_view text) {
+  // Not line by line, at a terminal either: a long list would take most of the time.
+  static const int buffered = std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+  (void)buffered;
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && first_error == 0) {
     first_error = errno;
   }

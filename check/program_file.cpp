@@ -56,9 +56,14 @@ const std::vector<Names>& names_of_folder() {
 
 /// The names that lead from the folder to a file in it. None for other files.
 Names names_inside(const std::string& path) {
+  // Most programs are elsewhere, and their paths do not even have the folder's own name.
+  const std::vector<Names>& folders = names_of_folder();
+  const bool elsewhere = std::none_of(folders.begin(), folders.end(), [&](const Names& folder) {
+    return folder.empty() || path.find(folder.back()) != std::string::npos;
+  });
+  if (elsewhere) return {};
   const Names names = names_on(path);
-  if (names.empty()) return {};
-  for (const Names& folder : names_of_folder()) {
+  for (const Names& folder : folders) {
     if (!folder.empty() && names.size() > folder.size() &&
         std::equal(folder.begin(), folder.end(), names.begin())) {
       return {names.begin() + static_cast<std::ptrdiff_t>(folder.size()), names.end()};

@@ -387,15 +387,15 @@ void check_number(const ReadPiece& piece, const Field& field) {
 
 /// A value that was not written for the place that it is taken for.
 void check_place(const ReadPiece& piece) {
-  const std::string section(section_name(piece));
   const std::string_view key = piece.line.substr(0, piece.line.find('='));
+  const std::string section(section_name(piece));
   if (under != Under::known) {
     add(under == Under::none ? Class::carried_section : Class::wrong_section, piece.number,
         {.section = section,
          .key = piece.field->key,
          .before = std::string(piece.line),
          .other = why_wrong});
-  } else if (key != piece.field->key) {
+  } else {
     add(Class::wrong_row, piece.number,
         {.section = section,
          .key = piece.field->key,
@@ -416,7 +416,7 @@ void check_value(const ReadPiece& piece) {
         {.section = std::string(section_name(piece)), .before = remarked_header});
     header_remark = 0;
   }
-  if (under != Under::known || has_borrowed_row(piece)) check_place(piece);
+  if (under != Under::known || !piece.own_names) check_place(piece);
   const int key = key_number(*piece.family, *piece.field);
   int& counts = source->values[place_in_values(piece.section, key)];
   if (counts != 0 && counts != piece.number) {
@@ -456,7 +456,7 @@ void check_bytes(const ReadPiece& piece) {
     last_nul_line = piece.number;
     add(Class::nul_byte, piece.number);
   }
-  if (!carriage_returns && piece.bytes.ends_with("\r\n")) {
+  if (!carriage_returns && piece.line.ends_with('\r') && piece.bytes.ends_with('\n')) {
     carriage_returns = true;
     add(Class::carriage_return, piece.number);
   }

@@ -61,8 +61,12 @@ void reset_sources() {
     source_of(group_file, group) = {.file = group_file, .group = group};
   }
   for (Source& source : sources) {
-    source.headers.assign(section_slots, 0);
-    source.values.assign(static_cast<std::size_t>(section_slots) * key_slots, 0);
+    std::size_t sections = 0;
+    for (const Family& family : families_of(source.file)) {
+      sections += static_cast<std::size_t>(family.sections());
+    }
+    source.headers.assign(sections, 0);
+    source.values.assign(sections * key_slots, 0);
   }
 }
 

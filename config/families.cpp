@@ -432,6 +432,27 @@ constexpr Names names = [] {
   return made;
 }();
 
+/// The family of each section, by its place. The reader asks for every line.
+struct PlaceOfSection {
+  std::int8_t family = -1;  // none
+  std::int8_t index = 0;
+};
+
+using PlacesOfFile = std::array<PlaceOfSection, section_slots>;
+
+constexpr auto places = [] {
+  std::array<PlacesOfFile, file_count> made;
+  for (int file = 0; file < file_count; ++file) {
+    auto* next = made[static_cast<std::size_t>(file)].begin();
+    std::int8_t number = 0;
+    for (const Family& family : all_families[file]) {
+      for (int i = 0; i < family.sections(); ++i) *next++ = {number, static_cast<std::int8_t>(i)};
+      ++number;
+    }
+  }
+  return made;
+}();
+
 }  // namespace
 
 constexpr const char (&SectionNames)[file_count][section_slots][name_width] = names.sections;
@@ -442,9 +463,10 @@ std::span<const Family> families_of(int file) { return all_families[file]; }
 const Family* family_of(int file, int section, int& index) {
   if (file < 0 || file >= file_count || section < 0) return nullptr;
   index = section;
-  for (const Family& family : all_families[file]) {
-    if (index < family.sections()) return &family;
-    index -= family.sections();
-  }
-  return nullptr;
+  if (section >= section_slots) return nullptr;
+  const PlaceOfSection place =
+      places[static_cast<std::size_t>(file)][static_cast<std::size_t>(section)];
+  if (place.family < 0) return nullptr;
+  index = place.index;
+  return &all_families[file][static_cast<std::size_t>(place.family)];
 }

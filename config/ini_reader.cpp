@@ -37,10 +37,13 @@ int find_name(const char (&slots)[Slots][Width], char* text, char mark, std::siz
 
 /// The section that is open while a file is read.
 struct OpenSection {
-  OpenSection(int file, int section) : family(family_of(file, section, index)) {}
+  OpenSection(int file, int section) : family(family_of(file, section, index)) {
+    if (family != nullptr) row = static_cast<int>(family - families_of(file).data());
+  }
 
   int index = 0;
   const Family* family;  // null when the file can have no section of this number
+  int row = -1;          // of the key names of this family
 };
 
 /// Returns the row of key names for a section. The events of a group from 16 on have none: the
@@ -49,10 +52,9 @@ struct OpenSection {
 int row_of(int file, const OpenSection& open, int row) {
   constexpr int events_with_row = 16;
   if (open.family == nullptr) return row;
-  const auto chosen = static_cast<int>(open.family - families_of(file).data());
   const bool keeps_row =
-      file == group_file && chosen == group_events && open.index >= events_with_row;
-  return keeps_row ? row : chosen;
+      file == group_file && open.row == group_events && open.index >= events_with_row;
+  return keeps_row ? row : open.row;
 }
 
 /// Handles one "[name]" line. Returns whether it opens a section.
@@ -66,11 +68,13 @@ bool open_section(int file, char* line) {
 }
 
 /// Returns a value without its first quote, and ends it before the next quote or the line feed.
-std::string_view trim_value(char* value) {
+/// `last` becomes the character that makes room for its end.
+std::string_view trim_value(char* value, char& last) {
   if (*value == '"') ++value;
   // A line feed can only be the last character of the line.
   char* end = value;
   while (*end != '"' && *end != '\n' && *end != '\0') ++end;
+  last = *end;
   *end = '\0';
   return {value, static_cast<std::size_t>(end - value)};
 }
@@ -123,6 +127,7 @@ struct Reading {
   Place place;              // of its value
   char* written = nullptr;  // what follows its "="
   std::string_view value;   // of it without quotes
+  char last = '\0';         // what its end has replaced
 };
 
 Fate read_piece(Reading& reading, char* line) {
@@ -151,51 +156,38 @@ Fate read_piece(Reading& reading, char* line) {
   reading.row = chosen;
   if (reading.key < 0) return Fate::unknown_key;
   reading.likely = static_cast<std::size_t>(reading.key) + 1;
-  reading.value = trim_value(reading.written);
+  reading.value = trim_value(reading.written, reading.last);
   p_s = reading.value.data();
   reading.place = place_of(reading.file, reading.open, reading.key);
   FillVar(reading.file, actual_section, reading.key);
   return reading.place.field == nullptr ? Fate::no_room : Fate::taken;
 }
 
-/// Tells the listener of the pieces of a file.
-class Account {
- public:
-  /// Before the piece is read, which changes it. `length` is that of its text.
-  void note(const LineReader& reader, const char* line, std::size_t length) {
-    line_ = line;
-    std::memcpy(bytes_, line, reader.piece_size());
-    piece_.bytes = {bytes_, reader.piece_size()};
-    piece_.line = {bytes_, length};
-    if (piece_.line.ends_with('\n')) piece_.line.remove_suffix(1);
-    piece_.number = reader.line();
-    piece_.continues = reader.continues();
+/// Tells the listener of a piece that has been read. `length` is that of its text.
+void tell(const Reading& reading, const LineReader& reader, char* line, std::size_t length,
+          Fate fate) {
+  const bool has_value = fate == Fate::taken || fate == Fate::no_room;
+  if (has_value) line[reading.value.data() + reading.value.size() - line] = reading.last;
+  ReadPiece piece;
+  piece.bytes = {line, reader.piece_size()};
+  piece.line = {line, length};
+  if (piece.line.ends_with('\n')) piece.line.remove_suffix(1);
+  piece.number = reader.line();
+  piece.continues = reader.continues();
+  piece.fate = fate;
+  piece.section = actual_section;
+  piece.family = reading.open.family;
+  piece.index = reading.open.index;
+  if (has_value) {
+    piece.key = reading.key;
+    piece.own_names = reading.row == reading.open.row;
+    piece.written = piece.line.substr(static_cast<std::size_t>(reading.written - line));
+    piece.value = reading.value;
+    piece.field = reading.place.field;
+    piece.entry = reading.place.entry;
   }
-
-  /// After it has been read.
-  void tell(const Reading& reading, Fate fate) {
-    const bool has_value = fate == Fate::taken || fate == Fate::no_room;
-    piece_.fate = fate;
-    piece_.section = actual_section;
-    piece_.family = reading.open.family;
-    piece_.index = reading.open.index;
-    piece_.key = has_value ? reading.key : -1;
-    piece_.written = {};
-    piece_.value = {};
-    if (has_value) {
-      piece_.written = piece_.line.substr(static_cast<std::size_t>(reading.written - line_));
-      piece_.value = reading.value;
-    }
-    piece_.field = has_value ? reading.place.field : nullptr;
-    piece_.entry = has_value ? reading.place.entry : nullptr;
-    piece_listener(reading.file, piece_);
-  }
-
- private:
-  ReadPiece piece_;
-  const char* line_ = nullptr;
-  char bytes_[line_limit + 2];
-};
+  piece_listener(reading.file, piece);
+}
 
 }  // namespace
 
@@ -210,11 +202,9 @@ int EncodeINIFile(int file, const char* path) {
   char line[line_limit + 2];
   std::size_t length;
   Reading reading(file);
-  Account account;
   while (reader.next(line, line_limit, length)) {
-    if (piece_listener != nullptr) account.note(reader, line, length);
     const Fate fate = read_piece(reading, line);
-    if (piece_listener != nullptr) account.tell(reading, fate);
+    if (piece_listener != nullptr) tell(reading, reader, line, length, fate);
   }
   p_s = "";
   note_read(path, reader.error(), info);

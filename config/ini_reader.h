@@ -59,6 +59,7 @@ struct ReadPiece {
       nullptr;                   // of this section, null when the file can have none of its number
   int index = 0;                 // of the section in its family
   int key = -1;                  // of `no_room` and `taken`
+  bool own_names = true;         // of these: the key is named as the keys of this family are
   std::string_view written;      // of these: all that follows "="
   std::string_view value;        // of these, without quotes
   const Field* field = nullptr;  // of `taken`
