@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "config/events.h"
 #include "config/families.h"
 #include "config/store.h"
 
@@ -24,6 +25,22 @@ void fill_entry(const Family& family, char* entry, int number) {
       set_number_at(field, entry, field.is_switch ? 1 : static_cast<unsigned>(1 + place % 199));
     }
   }
+}
+
+/// Makes what refers to something else refer to what is there, so that the check has nothing to say.
+void mend_references() {
+  for (int i = 0; i < job_count; ++i) {
+    if (!events[i].keeps_shutdown) INI.job[i].Shutdown = 0;
+  }
+  for (UPS& ups : INI.ups) {
+    ups.Type.assign("LUMEN39T3000");
+    ups.Connection = 0;
+  }
+  for (Group& group : INI.group) {
+    for (int i = 0; i < member_count; ++i) group.UPS[i] = static_cast<std::uint16_t>(i + 1);
+    group.RedundancyLevel = 1;
+  }
+  for (Sensor& sensor : INI.sensor) sensor.IndexUPS = 1;
 }
 
 }  // namespace
@@ -46,6 +63,7 @@ void fill_record() {
     entry.type = 2;
     entry.time = 1262350800;
   }
+  mend_references();
   INI.system.Language = 0;  // the language file that always exists
   INI.system.DebugMode = INI.system.DebugLog = 0;
 }

@@ -107,6 +107,11 @@ void await(const Session& session, std::size_t wanted) {
   }
 }
 
+void await_end(const Session& session) {
+  while (show(session) > 0) {
+  }
+}
+
 Counts follow(Session& session) {
   using Clock = std::chrono::steady_clock;
   Counts counts;
@@ -130,8 +135,7 @@ void end(const Session& session, const std::string& leaving) {
   if (session.program >= 0 && leaving.empty()) kill(session.program, SIGKILL);
   if (session.program >= 0 && !leaving.empty()) {
     type(session, leaving);
-    while (show(session) > 0) {
-    }
+    await_end(session);
   }
   if (session.program >= 0) waitpid(session.program, nullptr, 0);
   close(session.terminal);

@@ -36,6 +36,9 @@ void type(const Session& session, const std::string& keys);
 /// Reads until at least `wanted` bytes have arrived.
 void await(const Session& session, std::size_t wanted);
 
+/// Reads until the program has ended.
+void await_end(const Session& session);
+
 /// Lets the traced program run until it rests or has ended, and returns what it did. A call counts
 /// when it returns, so the read that waits for a key counts for that key.
 Counts follow(Session& session);

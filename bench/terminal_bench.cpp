@@ -59,6 +59,14 @@ void count(Visit& visit) {
   end(session, "");
 }
 
+/// Waits until a step has shown all it shows.
+void await_effect(const Session& session, const Visit& visit, const Step& step) {
+  if (visit.ends && &step == &visit.steps.back())
+    await_end(session);
+  else
+    await(session, step.counts.shown);
+}
+
 // --- Timing -------------------------------------------------------------------------------------
 
 using Clock = std::chrono::steady_clock;
@@ -75,7 +83,7 @@ void take_time(Visit& visit) {
   const Session session = start(visit.words, false);
   for (const Step& step : visit.steps) {
     type(session, step.keys);
-    await(session, step.counts.shown);
+    await_effect(session, visit, step);
     visit.times[step.name].push_back(since(typed));
     typed = Clock::now();
   }
@@ -147,7 +155,7 @@ void print_rest(const Visit& visit, bool idle) {
   std::string rested;
   for (const Step& step : visit.steps) {
     type(session, step.keys);
-    await(session, step.counts.shown);
+    await_effect(session, visit, step);
     if (!idle || step.name.empty() || step.name == rested) continue;
     woken += wakeups(session);
     rested = step.name;
