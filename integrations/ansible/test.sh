@@ -163,6 +163,7 @@ YAML
   play 'is the service installed?' "${always[@]}" -e "kestrel_dir=$PWD/nowhere"
   play 'There is no kestrel.ini' "${always[@]}" -e "kestrel_folder=$PWD/home"
   play 'Set either' "${always[@]}" -e kestrel_folder=
+  play 'Set either' "${always[@]}" -e kestrel_config=words
   (flock 9 && play 'Somebody is editing' "${always[@]}") 9<kestrel
   expect_state before "by a refusal"
 
@@ -303,7 +304,7 @@ ansible_readme() {
 
 # save_in FOLDER
 # The program loads the files and saves them. Whatever it shows is of no interest.
-save_in() { (cd "$1" && "$root/build/release/tests/harrier_probe" SaveINI </dev/null >/dev/null); }
+save_in() { (cd "$1" && "$root/build/release/harrier_probe" SaveINI </dev/null >/dev/null); }
 
 # The page, section by section as a new user would follow it, on three folders in place of hosts.
 ansible_page() {

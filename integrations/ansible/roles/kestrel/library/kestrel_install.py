@@ -376,7 +376,7 @@ def run(module):
 
 def main():
     module = AnsibleModule(
-        argument_spec={
+        {
             "staged": {"type": "path", "required": True},
             "folder": {"type": "path", "required": True},
             "secrets": {"type": "dict", "no_log": True},
