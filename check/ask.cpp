@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "check/finding.h"
-#include "check/output.h"
 #include "check/text_report.h"
+#include "command/command.h"
+#include "command/escaped.h"
 #include "tui/format.h"
 
 namespace {

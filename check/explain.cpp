@@ -8,7 +8,7 @@
 
 #include "check/classes.h"
 #include "check/nearest.h"
-#include "check/output.h"
+#include "command/command.h"
 #include "tui/format.h"
 
 namespace {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "check/classes.h"
@@ -42,8 +41,3 @@ std::string sentence_of(const Finding& finding);
 
 /// How many findings of a level there are.
 int count_of(Level level);
-
-/// The text without what a terminal might obey or nobody can see: control characters, characters
-/// that look like a blank or like nothing, and bytes that are not UTF-8 become "\x1b" and the
-/// like.
-std::string escaped(std::string_view text);

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "check/finding.h"
-#include "check/output.h"
+#include "command/command.h"
 
 namespace {
 

@@ -4,11 +4,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -18,21 +16,14 @@
 #include "check/finding.h"
 #include "check/json_report.h"
 #include "check/options.h"
-#include "check/output.h"
 #include "check/text_report.h"
+#include "command/command.h"
 #include "tui/diag.h"
 
 namespace {
 
-/// The exit statuses. The last means that something could not be checked.
-constexpr int good = 0;
+/// The exit status after findings, or to stop.
 constexpr int bad = 1;
-constexpr int trouble = 2;
-
-int fail(const std::string& sentence) {
-  complain(sentence);
-  return trouble;
-}
 
 bool is_folder(const std::string& path) {
   struct stat info;
@@ -131,7 +122,11 @@ int ask(const Options& options, const std::string& own, const std::string& progr
   return ask_before_edit(program + " " + folder) ? good : bad;
 }
 
-int run(const Options& options, const std::string& own, const std::string& program) {
+int run(int count, char* arguments[]) {
+  Options options;
+  if (read_options(count, arguments, options) != 0) return trouble;
+  const std::string program = count > 0 ? arguments[0] : "";
+  const std::string own = own_folder(program.c_str());
   switch (options.task) {
     case Task::check:
       return check(options, own);
@@ -155,17 +150,5 @@ int run(const Options& options, const std::string& own, const std::string& progr
 }  // namespace
 
 int main(int count, char* arguments[]) {
-  // A reader that leaves shall be heard of by an error, like a full disk.
-  std::signal(SIGPIPE, SIG_IGN);
-  try {
-    Options options;
-    if (read_options(count, arguments, options) != 0) return trouble;
-    const std::string program = count > 0 ? arguments[0] : "";
-    const int status = run(options, own_folder(program.c_str()), program);
-    const int error = finish_output();
-    return error == 0 ? status : fail(std::string("standard output: ") + std::strerror(error));
-  } catch (const std::bad_alloc&) {
-    std::fputs("harrier-check: there is not enough memory\n", stderr);
-    return trouble;
-  }
+  return run_command("harrier-check", run, count, arguments);
 }

@@ -2,10 +2,9 @@
 
 #include <getopt.h>
 
-#include <cerrno>
 #include <string>
 
-#include "check/output.h"
+#include "command/command.h"
 
 const std::string_view help_text =
     "usage: harrier-check [OPTION...] [FOLDER | FILE...]\n"
@@ -34,13 +33,8 @@ const std::string_view help_text =
 
 namespace {
 
-/// Beyond all bytes, so that an unknown short option is told from these.
+/// Beyond all bytes, as `refuse_option` wants them.
 enum Letter { as = 256, ask, explain, format, help, list, quiet, strict, version };
-
-int refuse(const std::string& sentence) {
-  complain(sentence + ". See harrier-check --help");
-  return EINVAL;
-}
 
 /// Whether the options go together.
 int examine(const Options& options) {
@@ -105,12 +99,8 @@ int read_options(int count, char* arguments[], Options& options) {
       case version:
         options.task = Task::version;
         break;
-      default: {
-        const bool is_short = optopt > 0 && optopt < as;
-        const std::string word =
-            is_short ? std::string("-") + static_cast<char>(optopt) : arguments[optind - 1];
-        return refuse(letter == ':' ? word + " needs a value" : "there is no option " + word);
-      }
+      default:
+        return refuse_option(letter, arguments, "value");
     }
   }
   options.places.assign(arguments + optind, arguments + count);

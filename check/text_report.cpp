@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "command/escaped.h"
 #include "tui/format.h"
 
 namespace {

@@ -3,41 +3,22 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
-#include <cstdio>
 #include <cstring>
-#include <new>
 #include <string>
 #include <string_view>
 
+#include "command/command.h"
+#include "command/escaped.h"
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
 #include "merge/options.h"
 #include "merge/renewal.h"
-#include "tui/columns.h"
 #include "tui/diag.h"
 
 namespace {
 
-/// The exit statuses.
-constexpr int good = 0;
-constexpr int behind = 1;  // something is to be done, or left to the administrator
-constexpr int trouble = 2;
-
-int output_error = 0;  // the first errno of standard output
-
-/// Prints at once, so that lines and complaints keep their order.
-void put_out(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  if ((std::fflush(stdout) != 0 || std::ferror(stdout) != 0) && output_error == 0) {
-    output_error = errno;
-  }
-}
-
-int fail(const std::string& sentence) {
-  complain(sentence);
-  return trouble;
-}
+/// The exit status when something is to be done, or left to the administrator.
+constexpr int behind = 1;
 
 /// The outcome for a file, as its line says it.
 std::string outcome(const Renewal& renewal, bool done) {
@@ -67,7 +48,8 @@ bool is_change(const Renewal& renewal) {
 int renew_file(const std::string& source, Renewal& renewal, bool apply) {
   if (plan(source, renewal) != 0) return trouble;
   if (apply && is_change(renewal) && carry_out(renewal) != 0) return trouble;
-  put_out(printable(renewal.path) + ": " + outcome(renewal, apply) + "\n");
+  put_out(escaped(renewal.path) + ": " + outcome(renewal, apply) + "\n");
+  finish_output();  // at once: what has been done shall be known, whatever comes next
   const bool done = renewal.change == Change::none || (apply && is_change(renewal));
   return done ? good : behind;
 }
@@ -97,7 +79,9 @@ std::string with_slash(const std::string& folder) {
   return folder.ends_with('/') ? folder : folder + "/";
 }
 
-int run(const Options& options, const char* program) {
+int run(int count, char* arguments[]) {
+  Options options;
+  if (read_options(count, arguments, options) != 0) return trouble;
   if (options.task == Task::help) {
     put_out(help_text);
     return good;
@@ -107,7 +91,7 @@ int run(const Options& options, const char* program) {
     return good;
   }
   char own[PATH_MAX];
-  getprgdir(program, own, sizeof own);
+  getprgdir(count > 0 ? arguments[0] : "", own, sizeof own);
   const std::string folder = options.folder.empty() ? own : with_slash(options.folder);
   return renew_all(with_slash(options.from), folder, options.task == Task::apply);
 }
@@ -115,16 +99,5 @@ int run(const Options& options, const char* program) {
 }  // namespace
 
 int main(int count, char* arguments[]) {
-  // A reader that leaves shall be heard of by an error, like a full disk.
-  std::signal(SIGPIPE, SIG_IGN);
-  try {
-    Options options;
-    if (read_options(count, arguments, options) != 0) return trouble;
-    const int status = run(options, count > 0 ? arguments[0] : "");
-    if (output_error == 0) return status;
-    return fail(std::string("standard output: ") + std::strerror(output_error));
-  } catch (const std::bad_alloc&) {
-    std::fputs("harrier-languages: there is not enough memory\n", stderr);
-    return trouble;
-  }
+  return run_command("harrier-languages", run, count, arguments);
 }

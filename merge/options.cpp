@@ -2,9 +2,7 @@
 
 #include <getopt.h>
 
-#include <cerrno>
-
-#include "merge/renewal.h"
+#include "command/command.h"
 #include "tui/format.h"
 
 const std::string_view help_text =
@@ -26,13 +24,8 @@ const std::string_view help_text =
 
 namespace {
 
-/// Beyond all bytes, so that an unknown short option is told from these.
+/// Beyond all bytes, as `refuse_option` wants them.
 enum Letter { apply = 256, from, help, version };
-
-int refuse(const std::string& sentence) {
-  complain(sentence + ". See harrier-languages --help");
-  return EINVAL;
-}
 
 }  // namespace
 
@@ -60,12 +53,8 @@ int read_options(int count, char* arguments[], Options& options) {
       case version:
         options.task = Task::version;
         return 0;
-      default: {
-        const bool is_short = optopt > 0 && optopt < apply;
-        const std::string word =
-            is_short ? std::string("-") + static_cast<char>(optopt) : arguments[optind - 1];
-        return refuse(letter == ':' ? word + " needs a folder" : "there is no option " + word);
-      }
+      default:
+        return refuse_option(letter, arguments, "folder");
     }
   }
   if (count - optind > 1) {

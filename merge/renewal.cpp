@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <new>
 #include <vector>
 
+#include "command/command.h"
 #include "config/replace_file.h"
 #include "config/signals_held.h"
 #include "lang/lang_text.h"
@@ -104,8 +104,4 @@ int carry_out(const Renewal& renewal) {
   if (error == 0) error = unit.swap(owner);
   for (const std::string& sentence : unit.kept()) complain(sentence);
   return error == 0 ? 0 : fail(renewal.path, error);
-}
-
-void complain(std::string_view sentence) {
-  std::fprintf(stderr, "harrier-languages: %s\n", printable(sentence).c_str());
 }

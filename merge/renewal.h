@@ -31,6 +31,3 @@ int plan(const std::string& source, Renewal& renewal);
 /// Does it, for anything but `none` and `leave`: the whole change or nothing. Signals wait
 /// meanwhile. Returns 0, or EIO after a sentence on standard error.
 int carry_out(const Renewal& renewal);
-
-/// Says a sentence on standard error, after the name of the program.
-void complain(std::string_view sentence);

@@ -5,6 +5,7 @@
 
 #include "check/check.h"
 #include "check/finding.h"
+#include "command/escaped.h"
 #include "config/families.h"
 #include "config/group_ini.h"
 #include "config/ini_reader.h"

@@ -6,6 +6,7 @@
 
 #include "check/check.h"
 #include "check/finding.h"
+#include "command/escaped.h"
 #include "config/group_profile.h"
 #include "config/ini_reader.h"
 #include "config/store.h"
