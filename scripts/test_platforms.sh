@@ -27,23 +27,34 @@ END
 # take minutes and do not depend on the platform.
 left_out='Failingstarts|PowerCut'
 
+# tests_of PRESET [OPTION...]
+# Runs tests of a build. Prints the last lines, or all when one fails.
+tests_of() {
+  local log=build/$platform.tests.log
+  if ctest --test-dir "build/$1" -E "$left_out" -j "$(nproc)" --output-on-failure \
+    --no-tests=error "${@:2}" >"$log" 2>&1; then
+    tail -n 3 "$log"
+  else
+    cat "$log" >&2
+    return 1
+  fi
+}
+
 # test_platform PLATFORM EMULATOR TARGET
 test_platform() {
   local platform=$1 emulator=$2 target=$3 program
   build "$platform" all -DHARRIER_TESTS=ON
   echo "Testing: $platform"
-  ctest --test-dir "build/$platform" -E "$left_out" -j "$(nproc)" --output-on-failure \
-    --no-tests=error | tail -n 5
+  tests_of "$platform"
 
   # Of these names the test program of this machine starts the emulated ones.
   mkdir -p "build/$platform/emulated"
-  for program in harrier harrier-check harrier_probe check_language; do
+  for program in harrier harrier-check harrier-languages harrier_probe check_language; do
     cp build/release/tests/emulated "build/$platform/emulated/$program"
   done
   HARRIER_PROGRAMS=$PWD/build/$platform/emulated HARRIER_EMULATOR=/usr/bin/qemu-$emulator \
-    QEMU_LD_PREFIX=/usr/$target ctest --test-dir build/release -R 'Walks|Commands|Screens|Check' \
-    -E "$left_out" -j "$(nproc)" --output-on-failure --no-tests=error --repeat until-pass:2 |
-    tail -n 5
+    QEMU_LD_PREFIX=/usr/$target tests_of release -R 'Walks|Commands|Screens|Check' \
+    --repeat until-pass:2
 }
 
 chosen=("$@")

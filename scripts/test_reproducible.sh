@@ -16,7 +16,7 @@ END
   exit
 fi
 ((EUID == 0)) || { echo "This needs root: it builds as another user" >&2 && exit 1; }
-[[ -z $(git status --porcelain) ]] || { echo "Commit or remove your changes first" >&2 && exit 1; }
+[[ -z $(git status --porcelain --untracked-files=no) ]] || { echo "Commit or remove your changes first" >&2 && exit 1; }
 need faketime
 
 umask 077
