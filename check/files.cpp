@@ -14,6 +14,7 @@
 
 #include "check/finding.h"
 #include "check/language.h"
+#include "check/secret.h"
 #include "check/source.h"
 #include "config/descriptor.h"
 #include "lang/lang_text.h"
@@ -168,12 +169,6 @@ void check_temporary_files(const std::string& shown) {
 
 // --- Permissions ---------------------------------------------------------------------------------
 
-/// Whether whoever reads the value can enter somewhere.
-bool is_secret(const Field& field) {
-  const std::string_view key = field.key;
-  return key == "Password" || key == "PasswordProtection" || key == "Login";
-}
-
 bool is_set(const Field& field, const void* entry) {
   return field.kind == Kind::text ? !text_at(field, entry).empty() : number_at(field, entry) != 0;
 }
@@ -186,7 +181,7 @@ bool find_secret(Place& found) {
       const char* entry = record + family.offset + static_cast<std::size_t>(i) * family.size;
       for (const Field& field : family.fields) {
         found = {&family, i, &field};
-        if (is_secret(field) && is_set(field, entry)) return true;
+        if (is_secret(field.key) && is_set(field, entry)) return true;
       }
     }
   }

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "check/secret.h"
 #include "command/escaped.h"
 
 std::vector<Finding> findings;
@@ -18,23 +19,36 @@ std::string name_of(const Facts& facts) {
   return facts.key.empty() ? facts.section : facts.section + "." + facts.key;
 }
 
-std::string part_of(const Facts& facts, std::string_view part) {
+std::string part_of(const Finding& finding, std::string_view part) {
+  const Facts& facts = finding.facts;
   if (part == "name") return escaped(name_of(facts));
   if (part == "before") return escaped(facts.before);
   if (part == "after") return escaped(facts.after);
-  if (part == "before_size") return std::to_string(facts.before.size());
-  if (part == "after_size") return std::to_string(facts.after.size());
+  if (part == "before_size") return std::to_string(finding.before_size);
+  if (part == "after_size") return std::to_string(finding.after_size);
   return escaped(facts.other);
+}
+
+/// No report gets to see what it must not show.
+void hide_value(Facts& facts) {
+  if (!is_hidden(facts.key)) return;
+  for (std::string* const value : {&facts.before, &facts.after}) {
+    if (!value->empty()) *value = "(hidden)";
+  }
 }
 
 }  // namespace
 
 void add_finding(Class kind, const std::string& file, int line, Facts facts) {
   if (findings_are_full()) return;
-  if (findings.size() == most_findings)
+  if (findings.size() == most_findings) {
     findings.push_back({Class::more_findings, file, line, {}});
-  else
-    findings.push_back({kind, file, line, std::move(facts)});
+    return;
+  }
+  const std::size_t before_size = facts.before.size();
+  const std::size_t after_size = facts.after.size();
+  hide_value(facts);
+  findings.push_back({kind, file, line, std::move(facts), before_size, after_size});
 }
 
 bool findings_are_full() { return findings.size() > most_findings; }
@@ -56,7 +70,7 @@ std::string sentence_of(const Finding& finding) {
     form.remove_prefix(open);
     if (form.empty()) break;
     const std::size_t close = form.find('}');
-    sentence += part_of(finding.facts, form.substr(1, close - 1));
+    sentence += part_of(finding, form.substr(1, close - 1));
     form.remove_prefix(close + 1);
   }
   return sentence;

@@ -21,13 +21,15 @@ struct Finding {
   std::string file;  // as the operator called it
   int line;          // from 1 on
   Facts facts;
+  std::size_t before_size = 0;  // in bytes, of `before` and `after` as they are in the file
+  std::size_t after_size = 0;
 };
 
 /// All findings of a run.
 extern std::vector<Finding> findings;
 
-/// Adds a finding, unless there are 10,000 already. The first beyond these becomes a last one of
-/// the class `more_findings`.
+/// Adds a finding, with "(hidden)" for the values of a key that is hidden, unless there are 10,000
+/// already. The first beyond these becomes a last one of the class `more_findings`.
 void add_finding(Class kind, const std::string& file, int line, Facts facts = {});
 
 /// Whether no more findings are added, so that looking for them is in vain.

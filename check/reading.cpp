@@ -9,6 +9,7 @@
 
 #include "check/finding.h"
 #include "check/nearest.h"
+#include "check/secret.h"
 #include "check/source.h"
 #include "config/ini_writer.h"
 #include "tui/columns.h"
@@ -77,7 +78,8 @@ std::string begin_unknown(const ReadPiece& piece, std::string_view header, const
   const char* const from = under == Under::none ? ", which is still open from the file before" : "";
   under = Under::unknown;
   const std::size_t end = header.find(']');
-  why_wrong = header.substr(0, end == std::string_view::npos ? end : end + 1);
+  const bool closed = end != std::string_view::npos;
+  why_wrong = closed ? std::string(header.substr(0, end + 1)) : without_value(header);
   why_wrong += reason;
   if (actual_section == 255 && follows_unknown_file())
     return "the lines after it count for the section that the file before leaves open, or for none";
@@ -150,7 +152,7 @@ void check_opened(const ReadPiece& piece) {
   const std::string_view rest = trimmed(piece.line.substr(name.size() + 2));
   if (!rest.empty())
     add(Class::after_header, piece.number,
-        {.section = std::string(name), .before = std::string(rest)});
+        {.section = std::string(name), .before = without_value(rest)});
   const Family& family = *piece.family;
   if (piece.index >= family.stored) {
     add(Class::no_room, piece.number,
@@ -171,7 +173,7 @@ void check_unknown_header(const ReadPiece& piece) {
   const std::string fate =
       begin_unknown(piece, piece.line, closed ? " is not known" : " has no effect");
   if (!closed) {
-    add(Class::unclosed_header, piece.number, {.before = std::string(piece.line), .other = fate});
+    add(Class::unclosed_header, piece.number, {.before = without_value(piece.line), .other = fate});
     return;
   }
   const std::string_view name = piece.line.substr(1, end - 1);
@@ -204,7 +206,7 @@ void add_orphan(const ReadPiece& piece) {
   if (under == Under::unknown) return;
   const bool unknown = piece.fate == Fate::orphan && follows_unknown_file();
   add(Class::orphan, piece.number,
-      {.before = std::string(piece.line),
+      {.before = without_value(piece.line),
        .other = unknown ? "it counts for the section that the file before leaves open, or for none"
                         : "it has no effect, and a save drops it"});
 }
@@ -232,7 +234,7 @@ void check_unknown_key(const ReadPiece& piece) {
     const std::string_view nearest = nearest_name(key, names);
     add(Class::unknown_key, piece.number,
         {.section = section,
-         .key = key,
+         .key = without_value(key),
          .other = nearest == trimmed(key) ? ". Leave out the blank before \"=\"" : hint(nearest)});
   }
 }
@@ -393,7 +395,7 @@ void check_place(const ReadPiece& piece) {
     add(under == Under::none ? Class::carried_section : Class::wrong_section, piece.number,
         {.section = section,
          .key = piece.field->key,
-         .before = std::string(piece.line),
+         .before = without_value(piece.line),
          .other = why_wrong});
   } else {
     add(Class::wrong_row, piece.number,
@@ -438,7 +440,7 @@ void check_value(const ReadPiece& piece) {
 void check_continuation(const ReadPiece& piece) {
   const bool has_effect = piece.fate == Fate::taken || piece.fate == Fate::opened;
   if (has_effect) {
-    add(Class::long_line_taken, piece.number, {.before = std::string(piece.line)});
+    add(Class::long_line_taken, piece.number, {.before = without_value(piece.line)});
   } else if (last_long_line != piece.number && !trimmed(piece.line).empty()) {
     add(Class::long_line, piece.number);
     last_long_line = piece.number;
@@ -523,7 +525,7 @@ void listen_to_piece(int file, const ReadPiece& piece) {
   if (piece.fate == Fate::skipped || is_remark_or_indented(piece.line))
     check_skipped(piece);
   else if (piece.line.find('=') == std::string_view::npos || piece.line[0] == '=')
-    add(Class::no_equals, piece.number, {.before = std::string(piece.line)});
+    add(Class::no_equals, piece.number, {.before = without_value(piece.line)});
   else
     check_unknown_key(piece);
 }
