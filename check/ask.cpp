@@ -15,14 +15,14 @@ namespace {
 
 constexpr std::size_t most = 10;
 
-/// Remarks and blank forms go without harm. A value that the editor itself saved, such as a switch
-/// of 7, stays as it is, unless it is taken for another. Nothing else is lost by a save.
+/// Notes are of things that go without harm, but nobody should lose a remark unasked. A value that
+/// the editor itself saved, such as a switch of 7, stays as it is, unless it is taken for another.
 bool is_at_risk(const Finding& finding) {
   const ClassRow& row = row_of(finding.kind);
   switch (row.group) {
     case ClassGroup::reading:
     case ClassGroup::saving:
-      return row.level != Level::note;
+      return row.level != Level::note || finding.kind == Class::remark;
     case ClassGroup::values:
       return row.level == Level::error;
     default:

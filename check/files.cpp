@@ -9,10 +9,12 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "check/finding.h"
+#include "check/in_use.h"
 #include "check/language.h"
 #include "check/secret.h"
 #include "check/source.h"
@@ -77,30 +79,6 @@ int opening_error(const std::string& path) {
   return S_ISDIR(info.st_mode) ? EISDIR : S_ISFIFO(info.st_mode) ? ESPIPE : EFBIG;
 }
 
-/// A value of kestrel.ini.
-struct Place {
-  const Family* family;
-  int index;
-  const Field* field;
-};
-
-void add_at(Class kind, const Place& place, Facts facts) {
-  const Source& source = source_of(main_file);
-  const int section = section_number(main_file, *place.family, place.index);
-  facts.section = SectionNames[main_file][section];
-  facts.key = place.field->key;
-  add_finding(kind, source.shown, line_of(source, section, key_number(*place.family, *place.field)),
-              std::move(facts));
-}
-
-Place place_of_language() {
-  const Family& system = families_of(main_file)[0];
-  const auto at = std::find_if(system.fields.begin(), system.fields.end(), [](const Field& field) {
-    return field.key == std::string_view("Language");
-  });
-  return {&system, 0, &*at};
-}
-
 /// The file that the editor loads at its start.
 void check_language_in_use(const std::string& shown) {
   if (!is_loaded(main_file)) return;
@@ -111,13 +89,13 @@ void check_language_in_use(const std::string& shown) {
   if (error != 0) {
     const std::string what =
         error == ENOENT ? "is not there" : "cannot be read (" + reason_of(error) + ")";
-    add_at(Class::language_missing, place_of_language(),
-           {.before = std::to_string(number), .other = name + ", which " + what});
+    add_finding(Class::language_missing, entry_of(source_of(main_file), "System"), "Language",
+                {.before = std::to_string(number), .other = name + ", which " + what});
   } else if (check_texts(path, shown + name) == ENODATA) {
-    add_at(Class::language_section, place_of_language(),
-           {.before = std::to_string(number),
-            .other =
-                "Language " + std::to_string(number) + " needs " + name + ", which does not have"});
+    add_finding(Class::language_section, entry_of(source_of(main_file), "System"), "Language",
+                {.before = std::to_string(number),
+                 .other = "Language " + std::to_string(number) + " needs " + name +
+                          ", which does not have"});
   }
 }
 
@@ -158,7 +136,7 @@ void check_temporary_files(const std::string& shown) {
     const std::size_t dot = name.rfind('.');
     const std::string of = name.substr(0, dot);
     struct stat info;
-    if (dot == std::string::npos || source_named(of) == nullptr ||
+    if (dot == std::string::npos || (source_named(of) == nullptr && !is_language_name(of)) ||
         !is_drawn(name.substr(dot + 1)) || lstat(program_path(name).c_str(), &info) != 0 ||
         !S_ISREG(info.st_mode)) {
       continue;
@@ -173,35 +151,63 @@ bool is_set(const Field& field, const void* entry) {
   return field.kind == Kind::text ? !text_at(field, entry).empty() : number_at(field, entry) != 0;
 }
 
-/// Finds the first secret that is set in kestrel.ini. No other file has any.
-bool find_secret(Place& found) {
+/// A secret of kestrel.ini.
+struct Secret {
+  Entry entry;
+  const char* key;
+};
+
+/// The first one that is set. No other file has any.
+std::optional<Secret> find_secret() {
+  if (!is_loaded(main_file)) return {};
   const auto* record = reinterpret_cast<const char*>(&INI);
   for (const Family& family : families_of(main_file)) {
     for (int i = 0; i < family.stored; ++i) {
       const char* entry = record + family.offset + static_cast<std::size_t>(i) * family.size;
       for (const Field& field : family.fields) {
-        found = {&family, i, &field};
-        if (is_secret(field.key) && is_set(field, entry)) return true;
+        if (is_secret(field.key) && is_set(field, entry))
+          return Secret{{source_of(main_file), family, i}, field.key};
       }
     }
   }
-  return false;
+  return {};
+}
+
+/// The permissions of a file, 0 when there is none.
+mode_t mode_of(const std::string& path) {
+  struct stat info;
+  return stat(path.c_str(), &info) == 0 ? info.st_mode : 0;
+}
+
+/// A secret in kestrel.ini, and whatever decides about it.
+void check_secret(const Secret& secret) {
+  const mode_t mode = mode_of(secret.entry.source.path);
+  if ((mode & S_IROTH) != 0) add_finding(Class::secret_readable, secret.entry, secret.key);
+  if ((mode & (S_IWGRP | S_IWOTH)) != 0)
+    add_finding(Class::secret_writable, secret.entry, secret.key);
 }
 
 void check_permissions(const std::string& shown) {
-  struct stat info;
-  if (stat(ProgramDir, &info) == 0 && (info.st_mode & S_IWOTH) != 0) {
+  const std::optional<Secret> secret = find_secret();
+  if (secret) check_secret(*secret);
+  const mode_t mode = mode_of(program_path("."));
+  if ((mode & S_IWOTH) != 0 || (secret && (mode & S_IWGRP) != 0)) {
     const std::string folder = shown.empty() ? "./" : shown;
+    const bool everybody = (mode & S_IWOTH) != 0;
     // Of "/" nothing would be left.
-    add_finding(Class::folder_writable,
-                folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)), 1);
+    add_finding(
+        Class::folder_writable, folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)), 1,
+        {.after = everybody ? "o-w" : "g-w", .other = everybody ? "everybody" : "its group"});
   }
-  const Source& source = source_of(main_file);
-  Place secret;
-  if (!is_loaded(main_file) || stat(source.path.c_str(), &info) != 0 || !find_secret(secret))
-    return;
-  if ((info.st_mode & S_IROTH) != 0) add_at(Class::secret_readable, secret, {});
-  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) add_at(Class::secret_writable, secret, {});
+  std::vector<std::string> names{"ups_shut.scr"};
+  for (const Source& source : sources) {
+    if (!secret || source.file != main_file) names.push_back(name_of(source));
+  }
+  for (const std::string& name : names) {
+    const mode_t its_mode = mode_of(program_path(name));
+    if (S_ISREG(its_mode) && (its_mode & S_IWOTH) != 0)
+      add_finding(Class::file_writable, shown + name, 1);
+  }
 }
 
 }  // namespace
@@ -221,8 +227,10 @@ int look_for_files() {
 void check_empty_files() {
   for (const Source& source : sources) {
     const bool was_read = source.checked && !source.missing && source.error == 0;
-    if (was_read && source.lines == 0 && source.file != group_file)
-      add_finding(Class::file_empty, source.shown, 1);
+    if (was_read && source.lines == 0 && source.file != group_file) {
+      const Class kind = source.file == main_file ? Class::main_empty : Class::file_empty;
+      add_finding(kind, source.shown, 1);
+    }
   }
 }
 

@@ -15,7 +15,6 @@
 namespace {
 
 constexpr std::string_view header = "[Harrier]";
-constexpr std::size_t line_limit = 298;
 
 /// The texts of a file while they are read.
 struct Texts {
@@ -75,8 +74,8 @@ struct Header {
 
 Header find_header(const std::string& path) {
   LineReader file(path.c_str());
-  char line[line_limit + 1];
-  for (std::size_t length; file.next(line, line_limit, length);) {
+  char line[language_line_limit + 1];
+  for (std::size_t length; file.next(line, language_line_limit, length);) {
     const std::string_view whole(line, length);
     const std::string_view trimmed = whole.substr(0, whole.find_last_not_of(" \t\r\n") + 1);
     if (file.continues() || nearest_name(trimmed, {&header, 1}).empty()) continue;
@@ -88,8 +87,8 @@ Header find_header(const std::string& path) {
 /// Whether the section goes on at line `at`, although the program does not read on.
 bool goes_on(const std::string& path, int at) {
   LineReader file(path.c_str());
-  char line[line_limit + 1];
-  for (std::size_t length; file.next(line, line_limit, length);) {
+  char line[language_line_limit + 1];
+  for (std::size_t length; file.next(line, language_line_limit, length);) {
     const std::string_view whole(line, length);
     if (file.line() < at || file.continues()) continue;
     if (whole.starts_with('[')) return false;
@@ -109,8 +108,8 @@ void check_end(const std::string& path) {
     return;
   }
   const bool too_long = texts.stopped_at == texts.last_line;
-  facts.before = texts.stop;
-  facts.other = too_long ? "the line has more than 298 bytes" : facts.key + " must be here";
+  facts.other = too_long ? "the line has more than 298 bytes"
+                         : facts.key + " must be here, not \"" + texts.stop + "\"";
   add_finding(Class::language_stops, texts.shown, texts.stopped_at, std::move(facts));
 }
 

@@ -118,7 +118,9 @@ int check(const Options& options, const std::string& own) {
 int ask(const Options& options, const std::string& own, const std::string& program) {
   if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) return good;
   const std::string folder = options.places.empty() ? own : options.places[0];
-  if (check_folder(folder, prefix_of(folder)) != 0) return good;
+  const int error = check_folder(folder, prefix_of(folder));
+  if (error == ENOTDIR) return fail("--ask goes with a FOLDER only");
+  if (error != 0) return good;
   return ask_before_edit(program + " " + folder) ? good : bad;
 }
 

@@ -26,7 +26,11 @@ enum class Under { none, known, unknown, hidden };
 
 Source* source = nullptr;  // whose lines come now
 Under under = Under::none;
-std::string why_wrong;  // the lines count for another section than they look
+std::string why_wrong;        // the lines count for another section than they look
+std::size_t first_wrong = 0;  // the finding of the first such line since the last header
+int wrong_lines = 0;
+std::vector<Finding> repeated;  // keys since the last header that came before, not yet added
+int repeated_section = 0;
 int header_remark = 0;  // the line of one that no header has followed
 std::string remarked_header;
 int last_long_line = 0;  // that has a finding
@@ -67,6 +71,43 @@ std::string hint(std::string_view nearest) {
   return nearest.empty() ? "" : format(". Did you mean \"%s\"?", std::string(nearest).c_str());
 }
 
+// --- Lines under one header ----------------------------------------------------------------------
+
+/// The lines under a header end here. Many keys that came before tell of a header that is missing
+/// or stands there twice, so they have one finding, at the header of the section.
+void end_lines() {
+  constexpr std::size_t few = 2;
+  wrong_lines = 0;
+  if (repeated.empty()) return;
+  const int header = source->headers[static_cast<std::size_t>(repeated_section)];
+  if (repeated.size() <= few || header == 0) {
+    for (Finding& finding : repeated) add(finding.kind, finding.line, std::move(finding.facts));
+  } else {
+    const Facts& first = repeated.front().facts;
+    add(Class::keys_replaced, header,
+        {.section = first.section,
+         .before = std::to_string(repeated.size()),
+         .other = first.other + " to " + repeated.back().facts.other});
+  }
+  repeated.clear();
+}
+
+/// A value that is taken for another section than that of the header above it. All such values
+/// under the header have one finding; the header has its own.
+void add_wrong(const ReadPiece& piece) {
+  if (++wrong_lines > 1) {
+    findings[first_wrong].facts.other = format("%s. The same goes for %d more up to line %d",
+                                               why_wrong.c_str(), wrong_lines - 1, piece.number);
+    return;
+  }
+  first_wrong = findings.size();
+  add(Class::wrong_section, piece.number,
+      {.section = std::string(section_name(piece)),
+       .key = piece.field->key,
+       .before = without_value(piece.line),
+       .other = why_wrong});
+}
+
 // --- Lines without effect ------------------------------------------------------------------------
 
 /// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
@@ -75,6 +116,7 @@ bool follows_unknown_file() { return !source_of(main_file).checked; }
 /// The lines that follow look as if they stood under this header, which opens no section for a
 /// `reason`. Returns what becomes of them.
 std::string begin_unknown(const ReadPiece& piece, std::string_view header, const char* reason) {
+  end_lines();
   const char* const from = under == Under::none ? ", which is still open from the file before" : "";
   under = Under::unknown;
   const std::size_t end = header.find(']');
@@ -131,18 +173,16 @@ bool is_remark_or_indented(std::string_view line) {
 bool is_too_high(std::string_view name, std::string_view prefix, int count) {
   constexpr std::string_view digits = "0123456789";
   if (name.size() < prefix.size() + 2 || !name.starts_with(prefix)) return false;
-  const std::string_view number = name.substr(prefix.size());
-  return number.find_first_not_of(digits) == std::string_view::npos &&
-         (number.size() > 2 || std::stoi(std::string(number)) >= count);
-}
-
-std::string two_digits(int number) {
-  return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
+  std::string_view number = name.substr(prefix.size());
+  if (number.find_first_not_of(digits) != std::string_view::npos) return false;
+  number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
+  return number.size() > 2 || (!number.empty() && std::stoi(std::string(number)) >= count);
 }
 
 // --- Headers -------------------------------------------------------------------------------------
 
 void check_opened(const ReadPiece& piece) {
+  end_lines();
   const std::string_view name = section_name(piece);
   header_remark = 0;
   under = piece.continues ? Under::hidden : Under::known;
@@ -156,7 +196,7 @@ void check_opened(const ReadPiece& piece) {
   const Family& family = *piece.family;
   if (piece.index >= family.stored) {
     add(Class::no_room, piece.number,
-        {.section = std::string(name), .other = family.name + two_digits(family.stored - 1)});
+        {.section = std::string(name), .other = format("%s%02d", family.name, family.stored - 1)});
   }
   int& first = source->headers[static_cast<std::size_t>(piece.section)];
   if (first != 0)
@@ -184,7 +224,8 @@ void check_unknown_header(const ReadPiece& piece) {
   for (const Family& family : families_of(source->file)) {
     if (family.count == 0 || !is_too_high(name, family.name, family.count)) continue;
     add(Class::too_many, piece.number,
-        {.section = std::string(name), .other = family.name + two_digits(family.count - 1)});
+        {.section = std::string(name),
+         .other = format("(the last is %s%02d): ", family.name, family.count - 1) + fate});
     return;
   }
   add(Class::unknown_section, piece.number,
@@ -229,7 +270,10 @@ void check_unknown_key(const ReadPiece& piece) {
         {.section = section, .key = key, .other = format("\"%s\" has no effect", key.c_str())});
   } else if (is_list && is_too_high(key, "UPS_", member_count)) {
     add(Class::too_many, piece.number,
-        {.section = section, .key = key, .other = "UPS_" + two_digits(member_count - 1)});
+        {.section = section,
+         .key = key,
+         .other = format("(the last is UPS_%02d): it has no effect, and a save drops it",
+                         member_count - 1)});
   } else {
     const std::string_view nearest = nearest_name(key, names);
     add(Class::unknown_key, piece.number,
@@ -265,6 +309,13 @@ void add_value(Class kind, const ReadPiece& piece, std::string_view before, std:
        .before = std::string(before),
        .after = std::string(after),
        .other = std::move(other)});
+}
+
+/// A blank before the first quote ends the value there, however much follows.
+bool begins_with_blank(const ReadPiece& piece) {
+  const std::size_t quote = piece.written.find('"');
+  return quote != 0 && quote != std::string_view::npos &&
+         trimmed(piece.written.substr(0, quote)).empty();
 }
 
 /// The quotes of a value. Returns whether it goes on after the quote at which it ends.
@@ -391,7 +442,9 @@ void check_number(const ReadPiece& piece, const Field& field) {
 void check_place(const ReadPiece& piece) {
   const std::string_view key = piece.line.substr(0, piece.line.find('='));
   const std::string section(section_name(piece));
-  if (under != Under::known) {
+  if (under == Under::unknown) {
+    add_wrong(piece);
+  } else if (under != Under::known) {
     add(under == Under::none ? Class::carried_section : Class::wrong_section, piece.number,
         {.section = section,
          .key = piece.field->key,
@@ -422,13 +475,19 @@ void check_value(const ReadPiece& piece) {
   const int key = key_number(*piece.family, *piece.field);
   int& counts = source->values[place_in_values(piece.section, key)];
   if (counts != 0 && counts != piece.number) {
-    add(Class::key_twice, counts,
-        {.section = std::string(section_name(piece)),
-         .key = piece.field->key,
-         .other = std::to_string(piece.number)});
+    repeated_section = piece.section;
+    repeated.push_back({Class::key_twice,
+                        source->shown,
+                        counts,
+                        {.section = std::string(section_name(piece)),
+                         .key = piece.field->key,
+                         .other = std::to_string(piece.number)}});
   }
   counts = piece.number;
-  if (piece.field->kind == Kind::text)
+  if (under == Under::unknown) return;  // what matters is the header
+  if (begins_with_blank(piece))
+    add_value(Class::blank_before_quote, piece, piece.written, piece.value);
+  else if (piece.field->kind == Kind::text)
     check_text(piece, *piece.field);
   else
     check_number(piece, *piece.field);
@@ -465,6 +524,7 @@ void check_bytes(const ReadPiece& piece) {
 }
 
 void begin_file(Source& next) {
+  end_lines();
   source = &next;
   under = Under::none;
   header_remark = 0;
@@ -474,7 +534,8 @@ void begin_file(Source& next) {
   utf16 = false;
 }
 
-/// The first line of a file that another editor has put a mark before. Returns whether it has one.
+/// The first line of a file that another editor has put a mark before. Returns whether the line
+/// needs no further look.
 bool check_mark(const ReadPiece& piece) {
   std::string_view line = piece.line;
   utf16 = (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF")) && has_nul(piece);
@@ -483,20 +544,17 @@ bool check_mark(const ReadPiece& piece) {
     return true;
   }
   if (!line.starts_with(mark)) return false;
-  add(Class::byte_order_mark, 1);
   line.remove_prefix(mark.size());
-  if (line.starts_with('[')) begin_unknown(piece, line, " has no effect");
-  return true;
+  if (line.starts_with('[')) {
+    add(Class::mark_before_header, 1,
+        {.before = std::string(line), .other = begin_unknown(piece, line, " has no effect")});
+    return true;
+  }
+  add(Class::byte_order_mark, 1);
+  return is_remark_or_indented(line);
 }
 
-}  // namespace
-
-Listening::Listening() {
-  source = nullptr;
-  piece_listener = listen_to_piece;
-}
-
-void listen_to_piece(int file, const ReadPiece& piece) {
+void listen(int file, const ReadPiece& piece) {
   if (findings_are_full()) return;
   Source& now = source_of(file, file == group_file ? g_index : 0);
   if (source != &now) begin_file(now);
@@ -528,4 +586,17 @@ void listen_to_piece(int file, const ReadPiece& piece) {
     add(Class::no_equals, piece.number, {.before = without_value(piece.line)});
   else
     check_unknown_key(piece);
+}
+
+}  // namespace
+
+Listening::Listening() {
+  source = nullptr;
+  repeated.clear();
+  piece_listener = listen;
+}
+
+Listening::~Listening() {
+  end_lines();
+  piece_listener = nullptr;
 }

@@ -5,15 +5,12 @@
 /// What the reader of the configuration passes over, cuts, or takes for something else. It listens
 /// to the reader, so it cannot disagree with what the editor does.
 
-/// Hears the reader as long as it lives.
+/// Hears the reader as long as it lives: notes the lines of sections and values in the `sources`,
+/// and adds findings of the groups `reading` and `values`.
 class Listening {
  public:
   Listening();
-  ~Listening() { piece_listener = nullptr; }
+  ~Listening();
   Listening(const Listening&) = delete;
   Listening& operator=(const Listening&) = delete;
 };
-
-/// The listener. Notes the lines of sections and values in the `sources`, and adds findings of the
-/// groups `reading` and `values`.
-void listen_to_piece(int file, const ReadPiece& piece);

@@ -70,6 +70,7 @@ void check_entries(const Source& source, const Family& family) {
                [&](int index, int number, const char*) { numbers[index] = number; });
   const auto& names = SectionNames[source.file];
   const int start = section_number(source.file, family, 0);
+  const auto gap = std::find(std::begin(numbers), std::end(numbers), -1) - std::begin(numbers);
   const char* loaded = entries_of(source, family, INI1);
   for (int i = 0; i < family.stored; ++i, loaded += family.size) {
     if (numbers[i] == i) continue;
@@ -83,7 +84,8 @@ void check_entries(const Source& source, const Family& family) {
           {.section = section,
            .before = "[" + section + "]",
            .after = std::string("[") + names[start + numbers[i]] + "]",
-           .other = warning_of_references(source, family)});
+           .other = std::string(", because [") + names[start + gap] + "] is not in use" +
+                    warning_of_references(source, family)});
   }
 }
 

@@ -49,8 +49,10 @@ Source* source_named(std::string_view name) {
 
 bool is_loaded(int file) {
   return std::all_of(std::begin(sources), std::end(sources), [file](const Source& source) {
-    return source.file != file ||
-           (source.checked && source.error == 0 && !(source.missing && file == main_file));
+    const auto is_there = [](int line) { return line != 0; };
+    const bool has_values =
+        file != main_file || std::any_of(source.headers.begin(), source.headers.end(), is_there);
+    return source.file != file || (source.checked && source.error == 0 && has_values);
   });
 }
 

@@ -41,8 +41,8 @@ std::string name_of(const Source& source);
 Source* source_named(std::string_view name);
 
 /// Whether the values of a file are known: it is part of this run and could be read. The values of
-/// a missing file are known too, unless it is kestrel.ini: they are empty and 0. `group_file` means
-/// the files of all groups.
+/// a missing file are known too: they are empty and 0. Of kestrel.ini at least one section must be
+/// there. `group_file` means the files of all groups.
 bool is_loaded(int file);
 
 /// Clears all sources.

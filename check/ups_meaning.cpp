@@ -75,13 +75,14 @@ void check_leads() {
   constexpr int seconds_per_minute = 60;
   for (int slot = 0; slot < ups_count; ++slot) {
     const UPS& ups = INI.ups[slot];
+    const int least = ups.UPSShutdownDelay / seconds_per_minute;
     if (!is_used_ups(slot) || ups.UPSShutdown == 0 || ups.SystemShutdown == 0 ||
-        ups.SystemShutLeadAllow == 0 ||
-        ups.SystemShutdownLead >= ups.UPSShutdownDelay / seconds_per_minute) {
+        ups.SystemShutLeadAllow == 0 || ups.SystemShutdownLead >= least) {
       continue;
     }
     add_finding(Class::short_lead, entry_of_ups(slot), "SystemShutdownLead",
                 {.before = std::to_string(ups.SystemShutdownLead),
+                 .after = std::to_string(least),
                  .other = std::to_string(ups.UPSShutdownDelay)});
   }
 }

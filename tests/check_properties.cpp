@@ -30,7 +30,8 @@ Reach reach_of(Class kind) {
     case Class::long_line:
     case Class::too_many:
     case Class::no_room:
-    case Class::byte_order_mark:
+    case Class::mark_before_header:
+    case Class::keys_replaced:
     case Class::unnamed_entry:
     case Class::blank_entry:
     case Class::no_action:
