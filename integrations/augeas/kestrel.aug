@@ -47,11 +47,13 @@ let other = /[ \t\r]+[^ \t\r\n;#][^\n]*/
 let line (lines:regexp) = [ label "#line" . before . store (lines - reserved) . line_feed ]
 
 (* View: setting
-     Texts and numbers exclude each other, so the value alone decides on the form of a new line. *)
+     Texts and numbers exclude each other, so the value alone decides on the form of a new line. The
+     first quote is a part of its own before a number, but not before a text. Lines of different parts
+     do not pass on their form to each other, so a number that becomes a text gets quotes. *)
 let digits = /[0-9]+/
-let text = /[^"\n]+/ - /[0-9]+\r?/ - reserved
+let text = /[^"\n]+/ - digits - reserved
 let setting (value:lens) = [ before . key name . value . line_feed ]
-let number_setting = setting (del "=" "=" . del /"?/ "" . store digits . del /("[^\n]*|\r)?/ "")
+let number_setting = setting (del "=" "=" . del /"?/ "" . store digits . del /("[^\n]*)?/ "")
 let text_setting = setting (del /="?/ "=\"" . store text . del /("[^\n]*)?/ "\"")
 let empty_setting = setting (del /=("("[^\n]*)?)?/ "=\"\"" . value "")
 

@@ -166,13 +166,13 @@ Contact=\"Lee\"
 Location=\"West\"
 "
 
-(* Windows line ends: one after a text without quotes belongs to it *)
-let windows = "; a\r\n\r\n[System]\r\nName=\"a\"\r\nLocation=b\r\nLanguage=1\r\n\r\n"
+(* Windows line ends: one after a value without quotes belongs to it *)
+let windows = "; a\r\n\r\n[System]\r\nName=\"a\"\r\nLocation=\"1\r\"\r\nLanguage=1\r\n\r\n"
 test Kestrel.lns get windows =
   { "#comment" = "a" }
-  { "System" { "Name" = "a" } { "Location" = "b\r" } { "Language" = "1" } }
+  { "System" { "Name" = "a" } { "Location" = "1\r" } { "Language" = "1\r" } }
 test Kestrel.lns put windows after set "/System/Name" "b"; set "/System/Language" "2" =
-  "; a\r\n\r\n[System]\r\nName=\"b\"\r\nLocation=b\r\nLanguage=2\r\n\r\n"
+  "; a\r\n\r\n[System]\r\nName=\"b\"\r\nLocation=\"1\r\"\r\nLanguage=2\n\r\n"
 
 (* The reserved bytes, which stand before the letters here *)
 test Kestrel.lns get "[System]\nName=\"a\"\n" = *
