@@ -41,6 +41,9 @@ packaged(package FILES check/completions/harrier-check merge/completions/harrier
   DESTINATION usr/share/bash-completion/completions)
 packaged(package FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc})
 packaged(package DIRECTORY docs DESTINATION ${doc})
+# Augeas looks here for lenses that are not its own, and in the folder dist for its own.
+packaged(package FILES integrations/augeas/kestrel.aug DESTINATION usr/share/augeas/lenses)
+packaged(package FILES integrations/augeas/README.md DESTINATION ${doc}/integrations/augeas)
 packaged(debian FILES check/completions/_harrier-check merge/completions/_harrier-languages
   DESTINATION usr/share/zsh/vendor-completions)
 packaged(debian FILES ${debian}/lintian-overrides DESTINATION usr/share/lintian/overrides
@@ -55,6 +58,8 @@ packaged(archive FILES ${manuals} DESTINATION man/man8)
 packaged(archive PROGRAMS ${debian}/harrier DESTINATION sbin)
 packaged(archive DIRECTORY docs DESTINATION .)
 packaged(archive DIRECTORY check/completions merge/completions DESTINATION .)
+packaged(archive FILES integrations/augeas/kestrel.aug integrations/augeas/README.md
+  DESTINATION integrations/augeas)
 
 # install_compressed(COMPONENT FILE NAME): manual pages and changelogs are compressed.
 function(install_compressed component file name)
@@ -142,7 +147,8 @@ list(TRANSFORM CPACK_RPM_USER_FILELIST PREPEND "%config(noreplace) ")
 # rpm would take a folder of the package for its own: give it our owner, and mode, and remove it.
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION /opt /opt/kestrel /usr/sbin /usr/share/man
   /usr/share/man/man8 /usr/share/doc /usr/share/zsh /usr/share/zsh/site-functions
-  /usr/share/bash-completion /usr/share/bash-completion/completions)
+  /usr/share/bash-completion /usr/share/bash-completion/completions
+  /usr/share/augeas /usr/share/augeas/lenses)
 # The programs are stripped by the tool of their platform, not again by that of this machine. The
 # header of the package must not depend on the machine or the time.
 set(CPACK_RPM_SPEC_MORE_DEFINE "%define __os_install_post %{nil}

@@ -133,7 +133,7 @@ test_archive() {
   new_root
   tar -C "$work" -xf "$1"
   sed -n 's/^       //p' "$work/harrier-$version-linux-$platform/INSTALL.md" |
-    sed "s|/opt/kestrel|$root&|g; s|/usr/local|$root&|g" >"$work/commands"
+    sed "s|/opt/kestrel|$root&|g; s,/usr/local\|/usr/share/augeas,$root&,g" >"$work/commands"
   [[ $(wc -l <"$work/commands") -gt 5 ]] || fail "the note has no commands"
   (cd "$work/harrier-$version-linux-$platform" && bash -eu "$work/commands")
   expect_service "The archive"

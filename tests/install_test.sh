@@ -77,7 +77,8 @@ dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort 
 for file in sbin/harrier bin/harrier-check share/man/man8/harrier.8.gz share/man/man8/harrier-check.8.gz \
   share/doc/harrier/docs/files.md share/bash-completion/completions/harrier-check \
   share/zsh/vendor-completions/_harrier-check sbin/harrier-languages share/man/man8/harrier-languages.8.gz \
-  share/bash-completion/completions/harrier-languages share/zsh/vendor-completions/_harrier-languages; do
+  share/bash-completion/completions/harrier-languages share/zsh/vendor-completions/_harrier-languages \
+  share/augeas/lenses/kestrel.aug; do
   grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
 done
 version=$(dpkg-deb --field "$folder"/package/harrier_*.deb Version)
