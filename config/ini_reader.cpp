@@ -67,16 +67,21 @@ bool open_section(int file, char* line) {
   return true;
 }
 
-/// Returns a value without its first quote, and ends it before the next quote or the line feed.
-/// `last` becomes the character that makes room for its end.
-std::string_view trim_value(char* value, char& last) {
-  if (*value == '"') ++value;
+/// A value without quotes, which ends before a quote or the line feed.
+struct Value {
+  char* text = nullptr;
+  char* end = nullptr;
+  char last = '\0';  // what was at the end, where there is a NUL now
+};
+
+Value trim_value(char* text) {
+  if (*text == '"') ++text;
   // A line feed can only be the last character of the line.
-  char* end = value;
+  char* end = text;
   while (*end != '"' && *end != '\n' && *end != '\0') ++end;
-  last = *end;
+  const Value value{text, end, *end};
   *end = '\0';
-  return {value, static_cast<std::size_t>(end - value)};
+  return value;
 }
 
 /// Returns the number at the start of `text`, as strtol reads it, but a short one more quickly.
@@ -126,8 +131,7 @@ struct Reading {
   int key = -1;             // of the last line that had a known one
   Place place;              // of its value
   char* written = nullptr;  // what follows its "="
-  std::string_view value;   // of it without quotes
-  char last = '\0';         // what its end has replaced
+  Value value;
 };
 
 Fate read_piece(Reading& reading, char* line) {
@@ -156,8 +160,8 @@ Fate read_piece(Reading& reading, char* line) {
   reading.row = chosen;
   if (reading.key < 0) return Fate::unknown_key;
   reading.likely = static_cast<std::size_t>(reading.key) + 1;
-  reading.value = trim_value(reading.written, reading.last);
-  p_s = reading.value.data();
+  reading.value = trim_value(reading.written);
+  p_s = reading.value.text;
   reading.place = place_of(reading.file, reading.open, reading.key);
   FillVar(reading.file, actual_section, reading.key);
   return reading.place.field == nullptr ? Fate::no_room : Fate::taken;
@@ -167,7 +171,7 @@ Fate read_piece(Reading& reading, char* line) {
 void tell(const Reading& reading, const LineReader& reader, char* line, std::size_t length,
           Fate fate) {
   const bool has_value = fate == Fate::taken || fate == Fate::no_room;
-  if (has_value) line[reading.value.data() + reading.value.size() - line] = reading.last;
+  if (has_value) *reading.value.end = reading.value.last;
   ReadPiece piece;
   piece.bytes = {line, reader.piece_size()};
   piece.line = {line, length};
@@ -182,7 +186,7 @@ void tell(const Reading& reading, const LineReader& reader, char* line, std::siz
     piece.key = reading.key;
     piece.own_names = reading.row == reading.open.row;
     piece.written = piece.line.substr(static_cast<std::size_t>(reading.written - line));
-    piece.value = reading.value;
+    piece.value = {reading.value.text, reading.value.end};
     piece.field = reading.place.field;
     piece.entry = reading.place.entry;
   }
