@@ -167,6 +167,18 @@ YAML
   (flock 9 && play 'Somebody is editing' "${always[@]}") 9<kestrel
   expect_state before "by a refusal"
 
+  # A file system without locks.
+  mkdir no_locks
+  cat >no_locks/sitecustomize.py <<'PYTHON'
+import errno
+import fcntl
+def flock(descriptor, operation):
+    raise OSError(errno.ENOLCK, "No locks available")
+fcntl.flock = flock
+PYTHON
+  PYTHONPATH=$PWD/no_locks play same "${always[@]}"
+  tr '\n' ' ' <log | grep -q 'cannot be locked.*No locks' || ansible_fail "Nothing says that there is no lock"
+
   # A file that cannot be written, after others that can.
   sed -i 's/^Contact=.*/Contact="Newer"/' source/kestrel.ini
   mv kestrel/sensor.ini kept

@@ -316,14 +316,17 @@ def language_files(folder):
     return [path for path in paths if os.path.exists(path)]
 
 
-def lock(folder):
+def lock(module, folder):
     """Keeps editors away that lock the folder while they run, until the module ends."""
     descriptor = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
     try:
         fcntl.flock(descriptor, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except IOError:
-        raise Refusal("Somebody is editing the files in %s: try again later" % folder)
-    return descriptor
+    except IOError as error:
+        if error.errno in (errno.EAGAIN, errno.EWOULDBLOCK):
+            raise Refusal("Somebody is editing the files in %s: try again later" % folder)
+        # Some file systems have no locks.
+        module.warn("%s cannot be locked, so nothing keeps an editor away: %s"
+                    % (folder, error.strerror))
 
 
 def install(module, changes):
@@ -347,7 +350,7 @@ def run(module):
     if "kestrel.ini" not in names:
         raise Refusal("There is no kestrel.ini for this host")
     if not module.check_mode:
-        lock(folder)
+        lock(module, folder)
     if module.params["secrets"]:
         path = os.path.join(staged, "kestrel.ini")
         write_whole(path, with_secrets(contents(path), module.params["secrets"]))
