@@ -46,11 +46,11 @@ ansible_fail() {
 }
 
 # play EXPECTED [OPTION...]
-# Runs the role on the folder kestrel. EXPECTED is "same", "changed", or a text of the failure.
+# Runs $playbook, site.yml by default, on the folder kestrel. EXPECTED is "same", "changed", or a text of the failure.
 play() {
   local expected=$1 status=0
   shift
-  ansible-playbook -i localhost, site.yml "$@" >log 2>&1 || status=$?
+  ansible-playbook -i localhost, "${playbook:-site.yml}" "$@" >log 2>&1 || status=$?
   case $expected in
     same) grep -q 'changed=0 .*failed=0 ' log || ansible_fail "Not unchanged: $*" ;;
     changed) grep -q 'changed=[1-9].*failed=0 ' log || ansible_fail "Not changed: $*" ;;
@@ -163,6 +163,10 @@ YAML
   play 'is the service installed?' "${always[@]}" -e "kestrel_dir=$PWD/nowhere"
   play 'There is no kestrel.ini' "${always[@]}" -e "kestrel_folder=$PWD/home"
   play 'Set either' "${always[@]}" -e kestrel_folder=
+  sed 's/roles:.*/tasks: [include_role: { name: kestrel, tasks_from: fetch }]/; /handlers:/,$d' \
+    site.yml >fetch.yml
+  # In check mode, since without the refusal it would write to the root folder.
+  playbook=fetch.yml play 'Set kestrel_folder to' "${always[@]}" -e kestrel_folder= --check
   play 'Set either' "${always[@]}" -e kestrel_config=words
   (flock 9 && play 'Somebody is editing' "${always[@]}") 9<kestrel
   expect_state before "by a refusal"
