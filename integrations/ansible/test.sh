@@ -158,6 +158,8 @@ YAML
   ! grep -q 's3cret' log || ansible_fail "A finding shows the password"
   cp good.ini source/kestrel.ini
   play 'secret-readable' "${always[@]}" -e kestrel_mode=0644
+  play 'kestrel_mode must be' "${always[@]}" -e '{kestrel_mode: 0640}'
+  play 'kestrel_script_mode must be' "${always[@]}" -e kestrel_script_mode=u=rwx
   play 'There is no no-such-check on this host' "${always[@]}" -e kestrel_check=no-such-check
   play 'printed no findings' "${always[@]}" -e kestrel_check=/bin/false
   play 'is the service installed?' "${always[@]}" -e "kestrel_dir=$PWD/nowhere"

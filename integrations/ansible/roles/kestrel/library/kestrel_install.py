@@ -342,8 +342,17 @@ def install(module, changes):
             change.clean_up()
 
 
+def refuse_modes(params):
+    """YAML takes 0640 without quotes for an octal number, which arrives here as 416."""
+    for name in ("mode", "script_mode"):
+        if not re.match(r"0[0-7]{3}$", params[name]):
+            raise Refusal('kestrel_%s must be four octal digits between quotes, such as "0640", not %s'
+                          % (name, params[name]))
+
+
 def run(module):
     staged, folder = module.params["staged"], module.params["folder"]
+    refuse_modes(module.params)
     if not os.path.isdir(folder):
         raise Refusal("There is no folder %s: is the service installed?" % folder)
     names = unpack(staged)
