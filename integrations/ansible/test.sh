@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Tests the Ansible role and the page docs/fleet.md, over local connections on folders. Alone, or
-# sourced by a script that calls `ansible_role` in the root of the tree.
+# sourced by a script that calls `ansible_role`.
 #
 # ANSIBLE_ROUNDS in the environment is the number of random configurations, 3 by default.
 set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # shellcheck source=scripts/build.sh
 source scripts/build.sh
@@ -26,6 +27,7 @@ ansible_tests() {
   export ANSIBLE_HOME=$PWD/home ANSIBLE_NOCOLOR=1 ANSIBLE_RETRY_FILES_ENABLED=0 NO_COLOR=1
   export ANSIBLE_PIPELINING=1 ANSIBLE_LOCALHOST_WARNING=0 ANSIBLE_ROLES_PATH=${role%/*} HOME=$PWD/home
   export LC_ALL=C.UTF-8 ANSIBLE_PYTHON_INTERPRETER=/usr/bin/python3
+  export PYTHONDONTWRITEBYTECODE=1
   umask 022
   mkdir home
 
