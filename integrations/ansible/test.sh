@@ -379,26 +379,43 @@ YAML
   git checkout -q hosts
   sh -e ../job
 
+  # Groups come and go as well.
+  rm hosts/ups1/group_00.ini
+  sed 's/Rack A/Rack B/' hosts/ups2/group_00.ini >hosts/ups2/group_01.ini
   section "Change and roll out"
+  [[ -z $(git status --short) ]] || ansible_fail "Not all was committed: $(git status --short)"
+  [[ ! -e ../ups1/opt/kestrel/group_00.ini && -e ../ups2/opt/kestrel/group_01.ini ]] ||
+    ansible_fail "The groups did not come and go"
   contact='Contact="Night shift, ext. 4000"'
   for host in ups1 ups2 ups3; do
     [[ $(diff -r "../before/$host" "../$host" | grep '^>') == "> $contact" ]] ||
       ansible_fail "$host: $(diff -r "../before/$host" "../$host")"
   done
 
-  section "See drift"
+  # Drift is seen from a fresh clone, too.
+  git clone -q . ../clone
+  (cd ../clone && section "See drift" head) || ansible_fail "The page sees drift where there is none"
   sed -i 's/^Location=.*/Location="Cellar"/' ../ups2/opt/kestrel/kestrel.ini
   rm ../ups3/opt/kestrel/group_00.ini
-  ! (section "See drift") || ansible_fail "The page sees no drift"
+  cp hosts/ups2/group_00.ini ../ups1/opt/kestrel
+  ! (cd ../clone && section "See drift" head) || ansible_fail "The page sees no drift"
+  [[ $(grep -c 'changed=[1-9]' ../clone/build/drift) == 3 ]] || ansible_fail "The page sees other drift"
   grep -q '^-Location="Cellar"' ../log || ansible_fail "The page does not show the drift"
   section "See drift" tail
-  [[ $(git status --short) == $' M hosts/ups2/kestrel.ini\n D hosts/ups3/group_00.ini' ]] ||
-    ansible_fail "The drift was not fetched: $(git status --short)"
-  git checkout -q hosts
+  diff - <(git status --short hosts) <<'STATUS' || ansible_fail "The drift was not fetched"
+ M hosts/ups2/kestrel.ini
+ D hosts/ups3/group_00.ini
+?? hosts/ups1/group_00.ini
+STATUS
   section "Go back"
   [[ $(grep -h '^Contact' ../ups?/opt/kestrel/kestrel.ini | uniq -c | sed 's/^ *//') == "1 $contact
 2 Contact=\"Robin Hale, ext. 4120\"" ]] || ansible_fail "The hosts have other files after going back"
-  [[ -e ../ups3/opt/kestrel/group_00.ini ]] || ansible_fail "The group did not come back"
+  [[ -z $(git status --short) ]] || ansible_fail "Not all is back: $(git status --short)"
+  for host in ups1 ups2 ups3; do
+    diff -r -x 'lang_*' "../$host/opt/kestrel" "hosts/$host" || ansible_fail "$host is another"
+  done
+  [[ $(cd hosts && echo */group_*) == "ups2/group_00.ini ups3/group_00.ini" ]] ||
+    ansible_fail "Other groups: $(ls hosts/*)"
   cd ../..
 }
 
@@ -422,13 +439,19 @@ ansible_sections() {
   [[ $(find sections -type f | wc -l) == 5 ]] || ansible_fail "The page has other sections"
 }
 
-# section NAME [tail]
-# Runs a section of the page in the current folder; with "tail", what follows the exit status.
+# section NAME [head|tail]
+# Runs a section of the page in the current folder: all of it, up to the exit status for a timer, or
+# what follows that.
 section() {
-  local script=$root_of_sections/$1
-  [[ $# == 1 ]] || { script=$root_of_sections/tail && sed '1,/^if /d' "$root_of_sections/$1" >"$script"; }
-  bash -eu "$script" >"$root_of_sections/../page/log" 2>&1 || {
-    [[ $1 == "See drift" ]] || cat "$root_of_sections/../page/log"
+  local part
+  case ${2-} in
+    head) part='/^if /q' ;;
+    tail) part='1,/^if /d' ;;
+    *) part= ;;
+  esac
+  sed "$part" "$root_of_sections/$1" >"$root_of_sections/part"
+  bash -eu "$root_of_sections/part" >"$root_of_sections/../page/log" 2>&1 || {
+    [[ ${2-} == head ]] || cat "$root_of_sections/../page/log"
     return 1
   }
 }
