@@ -23,7 +23,8 @@ install(FILES ${manuals} DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT manu
 # The packages contain the programs in Kestrel's folder, and commands for them in the usual folders.
 # The language files lie in /etc/harrier, where dpkg and rpm keep an edited file. The scripts of the
 # packages link them into Kestrel's folder. A package must not own files there: its removal would
-# delete a language file even if other programs have added their sections to it.
+# delete a language file even if other programs have added their sections to it. An edited file keeps
+# its old texts in an upgrade, so harrier-languages takes the new ones from /usr/share/harrier.
 
 set(debian "${PROJECT_SOURCE_DIR}/cmake/debian")
 set(doc usr/share/doc/harrier)
@@ -35,6 +36,7 @@ macro(packaged component)
 endmacro()
 packaged(package TARGETS ${programs} RUNTIME DESTINATION opt/kestrel)
 packaged(package FILES ${languages} DESTINATION etc/harrier)
+packaged(package FILES ${languages} DESTINATION usr/share/harrier/languages)
 packaged(package PROGRAMS ${debian}/harrier ${debian}/harrier-languages DESTINATION usr/sbin)
 packaged(package PROGRAMS ${debian}/harrier-check DESTINATION usr/bin)
 packaged(package FILES check/completions/harrier-check merge/completions/harrier-languages

@@ -10,8 +10,10 @@ enum class Task : std::uint8_t { show, apply, help, version };
 
 struct Options {
   Task task = Task::show;
-  std::string from = "/etc/harrier";  // where the package installs our language files
-  std::string folder = {};            // of the service; empty for that of the program
+  /// Where the packages install our language files. Those in /etc/harrier may be edited, and the
+  /// files of the service may be links to them.
+  std::string from = "/usr/share/harrier/languages";
+  std::string folder = {};  // of the service; empty for that of the program
 };
 
 /// Reads the command line. Returns 0, or EINVAL after a sentence on standard error.

@@ -28,13 +28,16 @@ fail() {
   echo "$*" >&2
   exit 1
 }
-# said PATTERN COMMAND...: the command prints this, on whichever output.
-said() {
-  local pattern=$1
-  shift
-  "$@" >"$work/said" 2>&1 </dev/null || fail "$* ended with $?: $(cat "$work/said")"
+# ended STATUS PATTERN COMMAND...: the command ends with this status and prints this, on whichever
+# output.
+ended() {
+  local expected=$1 pattern=$2 status=0
+  shift 2
+  "$@" >"$work/said" 2>&1 </dev/null || status=$?
+  ((status == expected)) || fail "$* ended with $status: $(cat "$work/said")"
   grep -q -- "$pattern" "$work/said" || fail "$* does not say $pattern: $(cat "$work/said")"
 }
+said() { ended 0 "$@"; }
 
 # run PATH ARGUMENT...: runs a program of the platform by its path in the root.
 run() {
@@ -86,6 +89,19 @@ expect_programs() {
   [[ $(readlink "$root/opt/kestrel/lang_01.ini") == /etc/harrier/lang_01.ini ]] || fail "no link"
 }
 
+# The upgrade says that the changed files have old texts. The command puts the new ones where the
+# links lead, and the section of another program stays.
+renew_languages() {
+  grep -q 'harrier-languages shows which' "$work/log" || fail "nothing says that texts are old"
+  ended 1 'lang_01.ini: .* would be renewed (changes 1 text)' run /usr/sbin/harrier-languages
+  ended 1 'lang_02.ini: .* would be renewed (changes 2 texts)' run /usr/sbin/harrier-languages
+  said 'lang_01.ini: \[Harrier\] renewed' run /usr/sbin/harrier-languages --apply /opt/kestrel
+  grep -q 'of 9.9.9"$' "$root/etc/harrier/lang_01.ini" || fail "the texts are still old"
+  grep -q Ihres "$root/etc/harrier/lang_01.ini" || fail "the section of another program is lost"
+  said 'lang_01.ini: up to date' run /usr/sbin/harrier-languages
+  [[ $(readlink "$root/opt/kestrel/lang_01.ini") == /etc/harrier/lang_01.ini ]] || fail "no link"
+}
+
 # test_kind deb|rpm OLD NEW: installs, upgrades, removes.
 test_kind() {
   local kind=$1 old=$2 new=$3
@@ -93,6 +109,7 @@ test_kind() {
   "install_$kind" "$old"
   expect_service "Installing $old"
   expect_programs
+  [[ $emulator != - ]] || said 'lang_01.ini: up to date' run /usr/sbin/harrier-languages
 
   # The administrator edits a language file, and another program adds a section to one.
   sed -i 's/^String001=.*/String001="Edited"/' "$root/etc/harrier/lang_02.ini"
@@ -100,8 +117,10 @@ test_kind() {
   "install_$kind" "$new"
   expect_service "Upgrading to $new"
   grep -q Edited "$root/etc/harrier/lang_02.ini" || fail "$new has replaced an edited file"
-  grep -q '^; newer$' "$root/etc/harrier/lang_03.ini" || fail "$new has not renewed a file"
+  grep -q 'of 9.9.9"$' "$root/etc/harrier/lang_03.ini" || fail "$new has not renewed a file"
   expect_programs
+
+  [[ $emulator != - ]] || renew_languages
 
   "remove_$kind"
   expect_service "Removing $new"
@@ -190,9 +209,15 @@ root=$work/root
 echo "Installing a fresh root"
 mmdebstrap --quiet --variant=essential bookworm "$work/fresh"
 cat >"$work/newer.cmake" <<'END'
-file(GLOB folder "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/etc/harrier")
-file(APPEND "${folder}/lang_02.ini" "; newer\n")
-file(APPEND "${folder}/lang_03.ini" "; newer\n")
+file(GLOB folders "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/etc/harrier"
+  "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/usr/share/harrier/languages")
+foreach(file 01 02 03)
+  foreach(folder IN LISTS folders)
+    file(READ "${folder}/lang_${file}.ini" text)
+    string(REGEX REPLACE "(\nString017=[^\n]*)\"" "\\1 of 9.9.9\"" text "${text}")
+    file(WRITE "${folder}/lang_${file}.ini" "${text}")
+  endforeach()
+endforeach()
 END
 
 passed=0

@@ -97,14 +97,15 @@ done
 mkdir "$folder/control" "$folder/etc"
 dpkg-deb --control "$folder"/package/harrier_*.deb "$folder/control"
 cp "$source/languages"/* "$folder/etc"
-sed -i "s|/opt/kestrel|$kestrel|; s|/etc/harrier|$folder/etc|" "$folder/control/postinst" \
+sed -i "s|/opt/kestrel|$kestrel|; s|/etc/harrier|$folder/etc|; s|/usr/share|$folder/root&|" \
+  "$folder/control/postinst" \
   "$folder/root/usr/sbin/harrier-languages"
 cp -r "$kestrel" "$folder/installed"
 "$folder/control/postinst" configure >"$folder/log"
 diff -r "$folder/installed" "$kestrel" >"$folder/changes" && fail "nothing was linked"
 [[ $(cat "$folder/changes") == "Only in $kestrel: lang_00.ini" ]] || fail "$(cat "$folder/changes")"
 grep -q 'harrier-languages shows which' "$folder/log" || fail "nothing says that a file was left alone"
-"$folder/root/usr/sbin/harrier-languages" --from="$folder/etc" >"$folder/log" &&
+"$folder/root/usr/sbin/harrier-languages" --from="$folder/root/usr/share/harrier/languages" >"$folder/log" &&
   fail "a file that was left alone is not mentioned"
 [[ $(grep -v ': up to date$' "$folder/log") == "$kestrel/lang_02.ini: left alone: "* ]] ||
   fail "$(cat "$folder/log")"
