@@ -9,8 +9,7 @@ endif()
 include(GNUInstallDirs)
 
 # The programs look for all files in their own folder, so they are not installed into a folder bin.
-set(manuals man/harrier.8 man/harrier-check.8 man/harrier-languages.8)
-set(programs harrier harrier-check harrier-languages)
+list(TRANSFORM programs REPLACE "(.+)" "man/\\1.8" OUTPUT_VARIABLE manuals)
 install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT program)
 install(SCRIPT cmake/install_languages.cmake COMPONENT languages)
 install(FILES ${manuals} DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT manual)

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
 # list_parts.sh FOLDER PLATFORM VERSION COMPILER: prints a CycloneDX list, in JSON, of what Harrier
 # is made of: the files of the folder with their check sums, and the libraries that are linked into
-# the programs, as the compiler finds them. SOURCE_DATE_EPOCH is the time of the list.
+# the programs, as the compiler finds them. SOURCE_DATE_EPOCH is the time of the list. Runs in the root
+# of the tree.
 set -euo pipefail
+# shellcheck source=scripts/build.sh
+source scripts/build.sh
 folder=$1 platform=$2 version=$3 compiler=$4
 
 # library FILE LICENCE PROGRAM...: prints an object about the Debian package that contains the file.
@@ -40,9 +43,9 @@ file() {
 runtime='GPL-3.0-or-later WITH GCC-exception-3.1'
 libraries=$(
   {
-    library "$("$compiler" -print-file-name=libc.a)" LGPL-2.1-or-later harrier harrier-check harrier-languages
-    library "$("$compiler" -print-file-name=libstdc++.a)" "$runtime" harrier harrier-check harrier-languages
-    library "$("$compiler" -print-file-name=libgcc.a)" "$runtime" harrier harrier-check harrier-languages
+    library "$("$compiler" -print-file-name=libc.a)" LGPL-2.1-or-later "${programs[@]}"
+    library "$("$compiler" -print-file-name=libstdc++.a)" "$runtime" "${programs[@]}"
+    library "$("$compiler" -print-file-name=libgcc.a)" "$runtime" "${programs[@]}"
     library /usr/include/nlohmann/json.hpp MIT harrier-check
   } | jq -s .
 )
@@ -55,7 +58,7 @@ files=$(
 # Equal contents have an equal number.
 number=$(sha256sum <<<"$libraries $files $version $platform")
 number=$(sed -E 's/^(.{8})(.{4}).(.{3}).(.{3})(.{12}).*/\1-\2-5\3-8\4-\5/' <<<"$number")
-jq -n --argjson libraries "$libraries" --argjson files "$files" \
+jq -n --argjson libraries "$libraries" --argjson files "$files" --arg programs "${programs[*]}" \
   --arg number "$number" --arg version "$version" --arg platform "$platform" \
   --arg compiler "$("$compiler" --version | head -n 1)" \
   --arg time "$(date -u -d "@$SOURCE_DATE_EPOCH" +%Y-%m-%dT%H:%M:%SZ)" '
@@ -71,7 +74,7 @@ jq -n --argjson libraries "$libraries" --argjson files "$files" \
     components: ($libraries + $files),
     dependencies: (
       [{ref: "harrier", dependsOn: [$files[]["bom-ref"]]}] +
-      [("harrier", "harrier-check", "harrier-languages") as $program | {
+      [($programs | split(" "))[] as $program | {
         ref: ("file:" + $program),
         dependsOn: [$libraries[] |
           select(.properties[-1].value | split(" ") | index($program)) | .["bom-ref"]]

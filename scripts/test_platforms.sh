@@ -5,12 +5,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/build.sh
 source scripts/build.sh
 
-# platform | emulator | Debian's name of the compiler's target
-platforms='arm64 aarch64 aarch64-linux-gnu
-armhf arm arm-linux-gnueabihf
-i386 i386 i686-linux-gnu
-riscv64 riscv64 riscv64-linux-gnu
-s390x s390x s390x-linux-gnu'
+# Those with an emulator.
+platforms=$(awk '$4 != "-"' <<<"$platforms")
 
 usage() {
   cat <<END
@@ -19,7 +15,7 @@ usage: scripts/test_platforms.sh [PLATFORM...]
 Builds Harrier with the cross compilers of Debian, and tests it with QEMU. The
 cases about files, profiles and schedules run as programs of the platform. In
 the walks, a test program of this machine types into the emulated editor.
-Without a platform it takes all: $(cut -d ' ' -f 1 <<<"$platforms" | xargs)
+Without a platform it takes all: $(platform_names)
 END
 }
 
@@ -40,33 +36,31 @@ tests_of() {
   fi
 }
 
-# test_platform PLATFORM EMULATOR TARGET
+# test_platform PLATFORM
 test_platform() {
-  local platform=$1 emulator=$2 target=$3 program
+  local program
+  read_platform "$1"
   build "$platform" all -DHARRIER_TESTS=ON
   echo "Testing: $platform"
   tests_of "$platform"
 
   # Of these names the test program of this machine starts the emulated ones.
   mkdir -p "build/$platform/emulated"
-  for program in harrier harrier-check harrier-languages harrier_probe check_language; do
+  for program in "${programs[@]}" harrier_probe check_language; do
     cp build/release/tests/emulated "build/$platform/emulated/$program"
   done
-  HARRIER_PROGRAMS=$PWD/build/$platform/emulated HARRIER_EMULATOR=/usr/bin/qemu-$emulator \
-    QEMU_LD_PREFIX=/usr/$target tests_of release -R 'Walks|Commands|Screens|Check' \
+  HARRIER_PROGRAMS=$PWD/build/$platform/emulated HARRIER_EMULATOR=/usr/bin/$emulator \
+    QEMU_LD_PREFIX=/usr/$target tests_of release -R 'Walks|Commands|Screens|Check|Languages' \
     --repeat until-pass:2
 }
 
-chosen=("$@")
-((${#chosen[@]})) || mapfile -t chosen < <(cut -d ' ' -f 1 <<<"$platforms")
+[[ ${1-} != -h && ${1-} != --help ]] || { usage && exit; }
+choose_platforms "$@" || { usage >&2 && exit 2; }
 needs=("${test_needs[@]}" qemu-user googletest)
-for platform in "${chosen[@]}"; do
-  row=$(grep "^$platform " <<<"$platforms") || { usage >&2 && exit 2; }
-  needs+=("g++-${row##* }")
+for name in "${chosen[@]}"; do
+  read_platform "$name"
+  needs+=("$(compiler_package "$target")")
 done
 need "${needs[@]}"
 build release all -DHARRIER_TESTS=ON
-for platform in "${chosen[@]}"; do
-  read -ra row < <(grep "^$platform " <<<"$platforms")
-  test_platform "${row[@]}"
-done
+for name in "${chosen[@]}"; do test_platform "$name"; done
