@@ -6,21 +6,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/build.sh
 source scripts/build.sh
 
-# platform | preset | emulator, "-" where this machine runs the programs | name in RPM packages
-platforms='amd64 release - x86_64
-arm64 arm64 qemu-aarch64 aarch64
-armhf armhf qemu-arm armv7hl
-i386 i386 qemu-i386 i686
-riscv64 riscv64 qemu-riscv64 riscv64
-s390x s390x qemu-s390x s390x'
-
 usage() {
   cat <<END
 usage: scripts/test_packages.sh [PLATFORM...]
 
 Builds and tests the packages of these platforms, without a platform of all:
-$(cut -d ' ' -f 1 <<<"$platforms" | xargs)
-Needs root. The programs of other platforms run under QEMU.
+$(platform_names)
+Needs root, and leaves a folder build that belongs to root. The programs of other
+platforms run under QEMU.
 END
 }
 
@@ -78,15 +71,40 @@ new_root() {
 
 expect_service() { service_files | diff "$work/service" - || fail "$1 has changed the service"; }
 
-expect_programs() {
-  said "^harrier-check $version" run /opt/kestrel/harrier-check --version
+# Starts the programs by their paths.
+start_programs() {
   said "Harrier $version" run /opt/kestrel/harrier
+  said "^harrier-check $version" run /opt/kestrel/harrier-check --version
+  said 'nothing found' run /opt/kestrel/harrier-check
+  said "^harrier-languages $version" run /opt/kestrel/harrier-languages --version
+}
+
+# expect_programs STATUS: the programs, and the commands in the usual folders. harrier-languages ends
+# with the status.
+expect_programs() {
+  local program
+  start_programs
+  ended "$1" 'lang_00.ini: up to date' run /opt/kestrel/harrier-languages \
+    --from="$within/usr/share/harrier/languages"
   [[ $emulator != - ]] || {
     said "^harrier $version" run /usr/sbin/harrier --version
     said "Harrier $version" run /usr/sbin/harrier
     said 'nothing found' run /usr/bin/harrier-check
+    ended "$1" 'lang_00.ini: up to date' run /usr/sbin/harrier-languages
   }
   [[ $(readlink "$root/opt/kestrel/lang_01.ini") == /etc/harrier/lang_01.ini ]] || fail "no link"
+  for program in "${programs[@]}"; do
+    [[ -f $root/usr/share/man/man8/$program.8.gz ]] || fail "$program has no manual page"
+    [[ $program == harrier || -f $root/usr/share/bash-completion/completions/$program ]] ||
+      fail "$program has no completion"
+  done
+}
+
+# All files of the root but those of the service and of dpkg and rpm, which keep both versions of a
+# changed file.
+other_files() {
+  (cd "$root" && find . \( -path ./var -o -path ./root/.rpmdb -o -path ./opt/kestrel \
+    -o -name '*.rpmnew' -o -name '*.rpmsave' \) -prune -o ! -type d -print | sort)
 }
 
 # The upgrade says that the changed files have old texts. The command puts the new ones where the
@@ -98,35 +116,42 @@ renew_languages() {
   said 'lang_01.ini: \[Harrier\] renewed' run /usr/sbin/harrier-languages --apply /opt/kestrel
   grep -q 'of 9.9.9"$' "$root/etc/harrier/lang_01.ini" || fail "the texts are still old"
   grep -q Ihres "$root/etc/harrier/lang_01.ini" || fail "the section of another program is lost"
-  said 'lang_01.ini: up to date' run /usr/sbin/harrier-languages
-  [[ $(readlink "$root/opt/kestrel/lang_01.ini") == /etc/harrier/lang_01.ini ]] || fail "no link"
+  expect_programs 0
 }
 
-# test_kind deb|rpm OLD NEW: installs, upgrades, removes.
+# test_kind deb|rpm NAME: installs the package, upgrades it to a newer one, removes it.
 test_kind() {
-  local kind=$1 old=$2 new=$3
+  local kind=$1 name=$2 status=0
+  echo "Testing: $name"
+  cpack -G "${kind^^}" --config "build/$preset/CPackConfig.cmake" -B "$work/newer" \
+    -D CPACK_PACKAGE_VERSION=9.9.9 -D "CPACK_PRE_BUILD_SCRIPTS=$work/newer.cmake" >"$work/log" 2>&1 ||
+    fail "$(cat "$work/log")"
+  # An emulator takes the links for those of this machine.
+  [[ $emulator == - ]] || status=1
   new_root
-  "install_$kind" "$old"
-  expect_service "Installing $old"
-  expect_programs
-  [[ $emulator != - ]] || said 'lang_01.ini: up to date' run /usr/sbin/harrier-languages
+  other_files >"$work/others"
+  "install_$kind" "build/packages/$name"
+  expect_service "Installing $name"
+  expect_programs $status
 
   # The administrator edits a language file, and another program adds a section to one.
   sed -i 's/^String001=.*/String001="Edited"/' "$root/etc/harrier/lang_02.ini"
   printf '[Merlin]\nString000="Ihres"\n' >>"$root/etc/harrier/lang_01.ini"
-  "install_$kind" "$new"
-  expect_service "Upgrading to $new"
-  grep -q Edited "$root/etc/harrier/lang_02.ini" || fail "$new has replaced an edited file"
-  grep -q 'of 9.9.9"$' "$root/etc/harrier/lang_03.ini" || fail "$new has not renewed a file"
-  expect_programs
-
+  "install_$kind" "$work/newer"/*9.9.9*."$kind"
+  rm -r "$work/newer"
+  expect_service "Upgrading $name"
+  grep -q Edited "$root/etc/harrier/lang_02.ini" || fail "$name: the upgrade replaces an edited file"
+  grep -q 'of 9.9.9"$' "$root/etc/harrier/lang_03.ini" || fail "$name: the upgrade renews no file"
+  expect_programs 1
   [[ $emulator != - ]] || renew_languages
 
   "remove_$kind"
-  expect_service "Removing $new"
-  [[ ! -e $root/opt/kestrel/harrier && ! -e $root/usr/sbin/harrier ]] || fail "programs remain"
+  expect_service "Removing $name"
+  other_files | diff "$work/others" - || fail "$name: the removal leaves files"
+  diff <(cd demo && printf '%s\n' * lang_01.ini profile | sort) <(ls "$root/opt/kestrel") ||
+    fail "$name: the removal leaves files in the folder of the service"
   grep -q Ihres "$root/opt/kestrel/lang_01.ini" || fail "the section of another program is lost"
-  [[ -z $(find "$root/opt/kestrel" -type l) ]] || fail "links remain"
+  passed=$((passed + 1))
 }
 
 install_deb() {
@@ -135,7 +160,7 @@ install_deb() {
 }
 remove_deb() {
   dpkg --root="$root" --purge harrier >"$work/log" 2>&1 || fail "$(cat "$work/log")"
-  [[ ! -e $root/etc/harrier && ! -e $root/usr/share/doc/harrier ]] || fail "the purge leaves files"
+  [[ ! -e $root/etc/harrier && ! -e $root/usr/share/doc/harrier ]] || fail "the purge leaves folders"
 }
 
 # The root is one of dpkg, so rpm does not know its shell.
@@ -144,26 +169,28 @@ install_rpm() {
 }
 remove_rpm() {
   rpm --root "$root" --nodeps -e harrier >"$work/log" 2>&1 || fail "$(cat "$work/log")"
-  [[ ! -e $root/usr/share/doc/harrier ]] || fail "the removal leaves files"
+  [[ ! -e $root/usr/share/doc/harrier ]] || fail "the removal leaves folders"
 }
 
 # Follows the note in the archive.
 test_archive() {
+  local name=harrier-$version-linux-$platform
   new_root
-  tar -C "$work" -xf "$1"
-  sed -n 's/^       //p' "$work/harrier-$version-linux-$platform/INSTALL.md" |
+  tar -C "$root" -xf "build/packages/$name.tar.xz"
+  sed -n 's/^       //p' "$root/$name/INSTALL.md" |
     sed "s|/opt/kestrel|$root&|g; s,/usr/local\|/usr/share/augeas,$root&,g" >"$work/commands"
   [[ $(wc -l <"$work/commands") -gt 5 ]] || fail "the note has no commands"
-  (cd "$work/harrier-$version-linux-$platform" && bash -eu "$work/commands")
+  (cd "$root/$name" && bash -eu "$work/commands")
   expect_service "The archive"
-  said "^harrier-check $version" run /opt/kestrel/harrier-check --version
-  said "Harrier $version" run /opt/kestrel/harrier
+  start_programs
+  said 'lang_14.ini: up to date' run /opt/kestrel/harrier-languages --from="$within/$name"
   [[ $emulator != - ]] || said "Harrier $version" run /usr/local/sbin/harrier
+  passed=$((passed + 1))
 }
 
 # The list names the files of the archive and the libraries.
 test_list() {
-  local folder=$work/harrier-$version-linux-$platform
+  local folder=$root/harrier-$version-linux-$platform
   jq -r '.components[] | select(.type == "file") | "\(.hashes[0].content)  \(.name)"' "$1" |
     (cd "$folder" && sha256sum --quiet --check) || fail "$1 has wrong sums"
   diff <(jq -r '.components[] | select(.type == "file").name' "$1" | sort) \
@@ -176,7 +203,7 @@ test_list() {
 test_hardening() {
   local program type=DYN
   grep -q '^HARRIER_HAS_STATIC_PIE:INTERNAL=1' "build/$preset/CMakeCache.txt" || type=EXEC
-  for program in harrier harrier-check harrier-languages; do
+  for program in "${programs[@]}"; do
     readelf -hldW "build/$preset/$program" >"$work/elf"
     grep -q "Type: *$type" "$work/elf" || fail "$program for $platform is not of type $type"
     grep -q 'GNU_RELRO' "$work/elf" || fail "$program for $platform has no RELRO"
@@ -192,16 +219,12 @@ test_hardening() {
 
 [[ ${1-} != -h && ${1-} != --help ]] || { usage && exit; }
 ((EUID == 0)) || fail "This needs root: it installs into a root of its own"
-chosen=("$@")
-((${#chosen[@]})) || mapfile -t chosen < <(cut -d ' ' -f 1 <<<"$platforms")
-for platform in "${chosen[@]}"; do
-  grep -q "^$platform " <<<"$platforms" || { usage >&2 && exit 2; }
-done
+choose_platforms "$@" || { usage >&2 && exit 2; }
 need "${package_needs[@]}" binutils jq mmdebstrap qemu-user rpm xz-utils
 scripts/package.sh "${chosen[@]}"
 (cd build/packages && sha256sum --quiet --check SHA256SUMS)
 
-version=$(sed -n 's/^project(harrier VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(version)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 chmod 755 "$work"
@@ -221,24 +244,15 @@ endforeach()
 END
 
 passed=0
-for platform in "${chosen[@]}"; do
-  read -r _ preset emulator rpm_name < <(grep "^$platform " <<<"$platforms")
+for name in "${chosen[@]}"; do
+  read_platform "$name"
+  within=
+  [[ $emulator == - ]] || within=$root
   test_hardening
-  for kind in deb rpm; do
-    name=harrier_${version}_$platform.deb
-    [[ $kind == deb ]] || name=harrier-$version-1.$rpm_name.rpm
-    [[ -e build/packages/$name ]] || continue
-    echo "Testing: $name"
-    cpack -G "${kind^^}" --config "build/$preset/CPackConfig.cmake" -B "$work/newer" \
-      -D CPACK_PACKAGE_VERSION=9.9.9 -D "CPACK_PRE_BUILD_SCRIPTS=$work/newer.cmake" >"$work/log" 2>&1 ||
-      fail "$(cat "$work/log")"
-    test_kind "$kind" "build/packages/$name" "$work/newer"/*9.9.9*."$kind"
-    rm -r "$work/newer"
-    passed=$((passed + 1))
-  done
+  [[ $deb_name == - ]] || test_kind deb "harrier_${version}_$deb_name.deb"
+  [[ $rpm_name == - ]] || test_kind rpm "harrier-$version-1.$rpm_name.rpm"
   echo "Testing: harrier-$version-linux-$platform.tar.xz"
-  test_archive "build/packages/harrier-$version-linux-$platform.tar.xz"
+  test_archive
   test_list "build/packages/harrier-$version-$platform.cdx.json"
-  passed=$((passed + 1))
 done
 echo "$passed passed, 0 failed"
