@@ -2,9 +2,9 @@
 # Source this file. It installs the Debian packages that are missing, and no others.
 
 # need PACKAGE...
-# Succeeds when every package is installed at the end. Without root and sudo it prints one line with
-# the packages to install, and fails. Without dpkg it succeeds at once: the build then reports what
-# is missing.
+# Succeeds when every package is installed at the end. Another user than root installs them with sudo,
+# and a line says so. Without sudo it prints one line with the packages to install, and fails. Without
+# dpkg it succeeds at once: the build then reports what is missing.
 need() {
   command -v dpkg-query >/dev/null || return 0
 
@@ -27,7 +27,7 @@ need() {
     fi
   fi
 
-  echo "Installing ${missing[*]}"
+  echo "Installing ${missing[*]}${as_root[0]:+ with sudo}"
   local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
     apt-get -q -y -o DPkg::Lock::Timeout=300)
   if "${apt[@]}" update >/dev/null &&

@@ -11,13 +11,16 @@ if [[ ${1-} == -h || ${1-} == --help ]]; then
 usage: scripts/test_reproducible.sh [PLATFORM...]
 
 Builds the packages of these platforms (see scripts/package.sh) here and anew
-elsewhere, and compares them. Needs root, and a tree without changes.
+elsewhere, and compares them. Needs root, and a tree without changes. Leaves a
+folder build that belongs to root.
 END
   exit
 fi
 ((EUID == 0)) || { echo "This needs root: it builds as another user" >&2 && exit 1; }
-[[ -z $(git status --porcelain --untracked-files=no) ]] || { echo "Commit or remove your changes first" >&2 && exit 1; }
-need faketime
+need faketime git
+# On a line of its own: a git that fails has not found that there are no changes.
+changes=$(git status --porcelain --untracked-files=no)
+[[ -z $changes ]] || { echo "Commit or remove your changes first" >&2 && exit 1; }
 
 umask 077
 work=$(mktemp -d)
