@@ -109,8 +109,9 @@ It works on the files in /opt/kestrel, and writes them only when the operator
 agrees at the end of a run. The command harrier-check says what Kestrel and
 Harrier do not take from the files as it stands there.")
 
-# The names of the processors in Debian packages and in RPM packages. The compiler says which it
-# compiles for. The programs are static, so they depend on no library.
+# The names of the processors in Debian packages and in RPM packages. The preset for another platform
+# says which processor it is for, otherwise it is that of this machine. scripts/package.sh compares it
+# with the compiler. The programs are static, so they depend on no library.
 set(processors x86_64 aarch64 armv7l i686 riscv64 s390x)
 set(debian_names amd64 arm64 armhf i386 riscv64 s390x)
 set(rpm_names x86_64 aarch64 armv7hl i686 riscv64 s390x)
@@ -138,7 +139,7 @@ set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
 set(CPACK_RPM_PACKAGE_LICENSE unknown)
 set(CPACK_RPM_PACKAGE_GROUP Applications/System)
 set(CPACK_RPM_PACKAGE_AUTOREQPROV OFF)
-set(CPACK_RPM_PACKAGE_REQUIRES "coreutils, grep, util-linux")
+set(CPACK_RPM_PACKAGE_REQUIRES "coreutils, grep, sed, util-linux")
 set(CPACK_RPM_COMPRESSION_TYPE xz)
 set(CPACK_RPM_CHANGELOG_FILE ${PROJECT_BINARY_DIR}/rpm/changelog)
 set(CPACK_RPM_POST_INSTALL_SCRIPT_FILE ${debian}/postinst)
