@@ -11,16 +11,23 @@ folder=$1 platform=$2 version=$3 compiler=$4
 # library FILE LICENCE PROGRAM...: prints an object about the Debian package that contains the file.
 # These programs are linked with it.
 library() {
-  local path licence=$2 package purl fields
+  local path licence=$2 package purl fields upstream
   path=$(realpath "$1")
   shift 2
   package=$(dpkg -S "$path" | sed 's/: .*//')
   mapfile -t fields < <(dpkg-query -W -f \
-    '${Package}\n${Version}\n${Architecture}\n${source:Package} ${source:Version}\n' "$package")
-  purl="pkg:deb/debian/${fields[0]}@$(jq -rn --arg text "${fields[1]}" '$text | @uri')?arch=${fields[2]}"
+    '${Package}\n${Version}\n${Architecture}\n${source:Package}\n${source:Version}\n' "$package")
+  # Debian builds the libraries for its cross compilers from other source packages, but under the
+  # versions of the usual ones. Scanners look up faults under the name of the usual one.
+  case ${fields[3]} in
+    cross-toolchain-base*) upstream=glibc ;;
+    *) upstream=${fields[3]%%-cross*} ;;
+  esac
+  purl=$(jq -rn --args '"pkg:deb/debian/\($ARGS.positional[0])@\($ARGS.positional[1] | @uri)" +
+    "?arch=\($ARGS.positional[2])&upstream=\($ARGS.positional[3])"' "${fields[@]:0:3}" "$upstream")
   jq -n --arg purl "$purl" --arg licence "$licence" --arg file "${path##*/}" \
     --arg hash "$(sha256sum "$path" | cut -c -64)" --arg name "${fields[0]}" \
-    --arg version "${fields[1]}" --arg source "${fields[3]}" --arg programs "$*" '
+    --arg version "${fields[1]}" --arg source "${fields[3]} ${fields[4]}" --arg programs "$*" '
     {
       type: "library", "bom-ref": $purl, name: $name, version: $version,
       licenses: [{expression: $licence}], purl: $purl,

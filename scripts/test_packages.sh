@@ -197,6 +197,8 @@ test_list() {
     <(cd "$folder" && find . -type f -printf '%P\n' | sort) || fail "$1 has not all files"
   [[ $(jq -r '[.components[] | select(.type == "library").properties[1].value] | join(" ")' "$1") == \
     'libc.a libstdc++.a libgcc.a json.hpp' ]] || fail "$1 has not all libraries"
+  [[ $(jq -r '[.components[].purl // empty | sub(".*&upstream="; "")] | join(" ")' "$1") == \
+    'glibc gcc-12 gcc-12 nlohmann-json3' ]] || fail "$1 has not all source packages"
 }
 
 # What Debian's hardening-check looks for, which does not understand static programs.
