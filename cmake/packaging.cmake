@@ -33,6 +33,19 @@ file(GLOB languages CONFIGURE_DEPENDS languages/lang_*.ini)
 macro(packaged component)
   install(${ARGN} COMPONENT ${component} EXCLUDE_FROM_ALL)
 endmacro()
+# packaged_pages(COMPONENT FOLDER): the documents, and what they link to. The tests of the integrations
+# stay with the sources.
+macro(packaged_pages component folder)
+  packaged(${component} FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${folder})
+  packaged(${component} DIRECTORY docs DESTINATION ${folder})
+  install(DIRECTORY integrations DESTINATION ${folder} COMPONENT ${component} EXCLUDE_FROM_ALL
+    PATTERN to_variables.py PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+      GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
+    PATTERN "test*" EXCLUDE
+    PATTERN random_values.py EXCLUDE
+    PATTERN __pycache__ EXCLUDE
+    PATTERN ".*" EXCLUDE)
+endmacro()
 packaged(package TARGETS ${programs} RUNTIME DESTINATION opt/kestrel)
 packaged(package FILES ${languages} DESTINATION etc/harrier)
 packaged(package FILES ${languages} DESTINATION usr/share/harrier/languages)
@@ -40,11 +53,9 @@ packaged(package PROGRAMS ${debian}/harrier ${debian}/harrier-languages DESTINAT
 packaged(package PROGRAMS ${debian}/harrier-check DESTINATION usr/bin)
 packaged(package FILES check/completions/harrier-check merge/completions/harrier-languages
   DESTINATION usr/share/bash-completion/completions)
-packaged(package FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${doc})
-packaged(package DIRECTORY docs DESTINATION ${doc})
+packaged_pages(package ${doc})
 # Augeas looks here for lenses that are not its own, and in the folder dist for its own.
 packaged(package FILES integrations/augeas/kestrel.aug DESTINATION usr/share/augeas/lenses)
-packaged(package FILES integrations/augeas/README.md DESTINATION ${doc}/integrations/augeas)
 packaged(debian FILES check/completions/_harrier-check merge/completions/_harrier-languages
   DESTINATION usr/share/zsh/vendor-completions)
 packaged(debian FILES ${debian}/lintian-overrides DESTINATION usr/share/lintian/overrides
@@ -53,14 +64,11 @@ packaged(rpm FILES check/completions/_harrier-check merge/completions/_harrier-l
   DESTINATION usr/share/zsh/site-functions)
 
 packaged(archive TARGETS ${programs} RUNTIME DESTINATION .)
-packaged(archive FILES ${languages} cmake/archive/INSTALL.md README.md CHANGELOG.md
-  ${debian}/copyright DESTINATION .)
+packaged_pages(archive .)
+packaged(archive FILES ${languages} cmake/archive/INSTALL.md DESTINATION .)
 packaged(archive FILES ${manuals} DESTINATION man/man8)
 packaged(archive PROGRAMS ${debian}/harrier DESTINATION sbin)
-packaged(archive DIRECTORY docs DESTINATION .)
 packaged(archive DIRECTORY check/completions merge/completions DESTINATION .)
-packaged(archive FILES integrations/augeas/kestrel.aug integrations/augeas/README.md
-  DESTINATION integrations/augeas)
 
 # install_compressed(COMPONENT FILE NAME): manual pages and changelogs are compressed.
 function(install_compressed component file name)
