@@ -115,7 +115,9 @@ and what happens when a battery runs low.
 .
 It works on the files in /opt/kestrel, and writes them only when the operator
 agrees at the end of a run. The command harrier-check says what Kestrel and
-Harrier do not take from the files as it stands there.")
+Harrier do not take from the files as it stands there. The command
+harrier-languages puts the texts of the menus into language files that other
+programs share.")
 
 # The names of the processors in Debian packages and in RPM packages. The preset for another platform
 # says which processor it is for, otherwise it is that of this machine. scripts/package.sh compares it

@@ -7,8 +7,9 @@
 /// Where the language files, the demo configuration and the sources lie.
 std::string source_dir();
 
-/// The path of a program of this build: "harrier", "harrier-check", "harrier_probe" or
-/// "check_language". The variable HARRIER_PROGRAMS may name a folder with others of these names.
+/// The path of a program of this build: "harrier", "harrier-check", "harrier-languages",
+/// "harrier_probe" or "check_language". The variable HARRIER_PROGRAMS may name a folder with others
+/// of these names.
 std::string built_program(const std::string& name);
 
 /// The bytes of a file, none when it cannot be read.

@@ -7,6 +7,7 @@ source=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 kestrel=$folder/kestrel
+programs=(harrier harrier-check harrier-languages)
 
 fail() {
   echo "$*" >&2
@@ -38,8 +39,8 @@ for name in lang_00.ini lang_02.ini; do
   grep -q "Kept: $kestrel/$name" "$folder/log" || fail "nothing says that $name was kept"
 done
 expect_same "$source/languages/lang_01.ini" "$kestrel/lang_01.ini"
-for page in harrier.8 harrier-check.8 harrier-languages.8; do
-  expect_same "$source/man/$page" "$kestrel/share/man/man8/$page"
+for program in "${programs[@]}"; do
+  expect_same "$source/man/$program.8" "$kestrel/share/man/man8/$program.8"
 done
 diff <(cd "$source/languages" && ls) <(cd "$kestrel" && ls lang_*) || fail "languages are missing"
 
@@ -72,12 +73,12 @@ expect_same "$source/languages/lang_01.ini" "$folder/stage/opt/kestrel/lang_01.i
 cpack --config "$build/CPackConfig.cmake" -B "$folder/package" >"$folder/log" 2>&1 ||
   fail "$(cat "$folder/log")"
 dpkg-deb --contents "$folder"/package/harrier_*.deb | awk '{ print $6 }' | sort >"$folder/contents"
-[[ $(grep '^\./opt/kestrel/.' "$folder/contents") == ./opt/kestrel/harrier$'\n'./opt/kestrel/harrier-check$'\n'./opt/kestrel/harrier-languages ]] ||
+[[ $(sed -n 's|^\./opt/kestrel/\(.\)|\1|p' "$folder/contents" | xargs) == "${programs[*]}" ]] ||
   fail "$(cat "$folder/contents")"
-for file in sbin/harrier bin/harrier-check share/man/man8/harrier.8.gz share/man/man8/harrier-check.8.gz \
-  share/doc/harrier/docs/files.md share/bash-completion/completions/harrier-check \
-  share/zsh/vendor-completions/_harrier-check sbin/harrier-languages share/man/man8/harrier-languages.8.gz \
-  share/bash-completion/completions/harrier-languages share/zsh/vendor-completions/_harrier-languages \
+pages=("${programs[@]/%/.8.gz}")
+for file in sbin/harrier bin/harrier-check sbin/harrier-languages share/doc/harrier/docs/files.md \
+  "${pages[@]/#/share/man/man8/}" \
+  share/{bash-completion/completions/,zsh/vendor-completions/_}harrier-{check,languages} \
   share/augeas/lenses/kestrel.aug; do
   grep -qx "./usr/$file" "$folder/contents" || fail "the package has no $file"
 done
