@@ -435,7 +435,7 @@ ansible_sections() {
     /^    / { print substr($0, 5) >script }' "$root/docs/fleet.md"
   # An empty folder is there already, with what the test needs.
   sed -i "s|^mkdir fleet|mkdir -p fleet|; s|/opt/kestrel/harrier-check|$root/build/release/harrier-check|
-    s|/etc/harrier/|$root/languages/|g" sections/*
+    s|/usr/share/harrier/languages/|$root/languages/|g" sections/*
   [[ $(find sections -type f | wc -l) == 5 ]] || ansible_fail "The page has other sections"
 }
 
