@@ -434,8 +434,8 @@ constexpr Names names = [] {
 
 /// The family of each section, by its place. The reader asks for every line.
 struct PlaceOfSection {
-  std::int8_t family = -1;  // none
-  std::int8_t index = 0;
+  std::int16_t family = -1;  // none
+  std::int16_t index = 0;
 };
 
 using PlacesOfFile = std::array<PlaceOfSection, section_slots>;
@@ -444,9 +444,9 @@ constexpr auto places = [] {
   std::array<PlacesOfFile, file_count> made;
   for (int file = 0; file < file_count; ++file) {
     auto* next = made[static_cast<std::size_t>(file)].begin();
-    std::int8_t number = 0;
+    std::int16_t number = 0;
     for (const Family& family : all_families[file]) {
-      for (int i = 0; i < family.sections(); ++i) *next++ = {number, static_cast<std::int8_t>(i)};
+      for (int i = 0; i < family.sections(); ++i) *next++ = {number, static_cast<std::int16_t>(i)};
       ++number;
     }
   }
