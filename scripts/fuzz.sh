@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Source this file in the root of the tree. It feeds hostile input to the readers of files.
 
-fuzz_targets=(ini language profile schedule check saved checkfile)
+fuzz_targets=(language profile schedule check saved checkfile)
 
 # Fills build/fuzz/seeds/TARGET with first inputs for each target, from small to large, and makes
 # dictionaries of the section and key names.
@@ -10,23 +10,19 @@ make_seeds() {
   rm -rf "$seeds"
   for target in "${fuzz_targets[@]}"; do mkdir -p "$seeds/$target" "build/fuzz/corpus/$target"; done
 
-  # The ini target takes the files of a configuration as one input, with a file separator (ASCII 28)
-  # between two files. A seed holds all files, or one file in its place.
+  # The check target takes the files of a configuration as one input, with a file separator (ASCII
+  # 28) between two files. A seed holds all files, or one file in its place. More groups may follow.
   separators=
   for name in kestrel.ini jobs.ini jobsSTS.ini group_00.ini sensor.ini; do
-    { printf '%b' "$separators" && cat "demo/$name"; } >"$seeds/ini/$name"
-    { [[ -z $separators ]] || printf '\034'; cat "demo/$name"; } >>"$seeds/ini/all"
+    { printf '%b' "$separators" && cat "demo/$name"; } >"$seeds/check/$name"
+    { [[ -z $separators ]] || printf '\034'; cat "demo/$name"; } >>"$seeds/check/all"
     separators+='\034'
   done
-  sed 's/$/\r/' "$seeds/ini/all" >"$seeds/ini/crlf"
-  tr -d '"' <"$seeds/ini/all" >"$seeds/ini/unquoted"
-
-  # The check target takes the same form, with more groups after the last file.
-  cp "$seeds"/ini/* "$seeds/check/"
-  { cat "$seeds/ini/all" && printf '\034' && cat demo/group_00.ini && printf '\034\034' &&
+  sed 's/$/\r/' "$seeds/check/all" >"$seeds/check/crlf"
+  tr -d '"' <"$seeds/check/all" >"$seeds/check/unquoted"
+  { cat "$seeds/check/all" && printf '\034' && cat demo/group_00.ini && printf '\034\034' &&
     cat demo/group_00.ini; } >"$seeds/check/groups"
   sed 's/^\[UPS_00\]/[UPS_03]/; s/^Type1=.*/Type1=0/' "$seeds/check/groups" >"$seeds/check/gaps"
-
   for name in kestrel.ini jobs.ini jobsSTS.ini group_00.ini sensor.ini group_00.ini; do
     head -n 32 "demo/$name" && printf '\034'
   done >"$seeds/check/short"
@@ -40,8 +36,8 @@ make_seeds() {
   done
 
   # The saved target takes any bytes for the values of a record.
-  cp "$seeds/ini/all" "$seeds/saved/text"
-  tr '\n=' '"\377' <"$seeds/ini/all" >"$seeds/saved/quotes"
+  cp "$seeds/check/all" "$seeds/saved/text"
+  tr '\n=' '"\377' <"$seeds/check/all" >"$seeds/saved/quotes"
 
   for file in languages/*.ini; do
     name=$(basename "$file" .ini)
@@ -70,9 +66,8 @@ make_seeds() {
   printf "\\001\\200$codes$codes$codes" >"$seeds/schedule/all"
 
   sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\([A-Za-z0-9_]*=\).*/"\1"/p' demo/[!l]*.ini |
-    sort -u >build/fuzz/ini.dict
-  cp build/fuzz/ini.dict build/fuzz/check.dict
-  cp build/fuzz/ini.dict build/fuzz/checkfile.dict
+    sort -u >build/fuzz/check.dict
+  cp build/fuzz/check.dict build/fuzz/checkfile.dict
   sed -n 's/^\(\[.*\]\).*/"\1\\x0a"/p; s/^\(String0[0-4][0-9]=\).*/"\1\\""/p' languages/*.ini |
     sort -u >build/fuzz/language.dict
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "check/check.h"
 #include "check/finding.h"
@@ -10,45 +11,31 @@
 #include "config/group_ini.h"
 #include "config/ini_reader.h"
 #include "config/store.h"
+#include "schedule/schedule_code.h"
 #include "tests/meaning_of_files.h"
 
 namespace {
 
-/// How far what a finding says reaches from its line.
-enum class Reach { nothing_lost, line, section, file };
+// What a finding says reaches from its line to the whole file, or to the lines under the header.
+constexpr Class of_the_file[] = {Class::utf16, Class::more_findings, Class::unnamed_group,
+                                 Class::leftover_group};
+constexpr Class of_the_section[] = {
+    Class::indented,           Class::unknown_section, Class::unclosed_header, Class::long_line,
+    Class::too_many,           Class::no_room,         Class::unnamed_entry,   Class::blank_entry,
+    Class::mark_before_header, Class::keys_replaced,   Class::no_action,       Class::renumbered,
+};
+constexpr Class of_no_loss[] = {Class::carriage_return, Class::section_twice, Class::not_a_switch,
+                                Class::not_utf8, Class::control_bytes};
 
-Reach reach_of(Class kind) {
-  switch (kind) {
-    case Class::utf16:
-    case Class::more_findings:
-    case Class::unnamed_group:
-    case Class::leftover_group:
-      return Reach::file;
-    case Class::indented:
-    case Class::unknown_section:
-    case Class::unclosed_header:
-    case Class::long_line:
-    case Class::too_many:
-    case Class::no_room:
-    case Class::mark_before_header:
-    case Class::keys_replaced:
-    case Class::unnamed_entry:
-    case Class::blank_entry:
-    case Class::no_action:
-    case Class::renumbered:
-      return Reach::section;
-    case Class::carriage_return:
-    case Class::section_twice:
-    case Class::not_a_switch:
-    case Class::not_utf8:
-    case Class::control_bytes:
-      return Reach::nothing_lost;
-    default:
-      break;
-  }
-  const ClassGroup group = row_of(kind).group;
-  const bool says_loss = group != ClassGroup::meaning && group != ClassGroup::files;
-  return says_loss || kind == Class::schedule_code ? Reach::line : Reach::nothing_lost;
+bool is_one_of(std::span<const Class> kinds, const Finding& finding) {
+  return std::find(kinds.begin(), kinds.end(), finding.kind) != kinds.end();
+}
+
+bool says_loss(const Finding& finding) {
+  if (finding.kind == Class::schedule_code || is_one_of(of_the_file, finding)) return true;
+  const ClassGroup group = row_of(finding.kind).group;
+  return group != ClassGroup::meaning && group != ClassGroup::files &&
+         !is_one_of(of_no_loss, finding);
 }
 
 /// The header whose findings count for a line too: for one that comes twice, the first.
@@ -63,12 +50,11 @@ int first_header(const std::vector<Finding>& found, const std::string& file,
 
 /// A group file that gets another number does so as a whole.
 bool covers(const Finding& finding, const Statement& lost, int first_header) {
-  const Reach reach = reach_of(finding.kind);
-  if (reach == Reach::nothing_lost) return false;
-  const bool whole =
-      reach == Reach::file || (finding.line == 1 && finding.facts.before.starts_with("group_"));
+  if (!says_loss(finding)) return false;
+  const bool whole = is_one_of(of_the_file, finding) ||
+                     (finding.line == 1 && finding.facts.before.starts_with("group_"));
   const bool above = finding.line == lost.header_line || finding.line == first_header;
-  return whole || finding.line == lost.line || (reach == Reach::section && above);
+  return whole || finding.line == lost.line || (above && is_one_of(of_the_section, finding));
 }
 
 bool has_finding(const std::vector<Finding>& found, const std::string& file,
@@ -156,19 +142,6 @@ void fill_family(Bytes& bytes, const Family& family, char* entries, bool from_pr
   }
 }
 
-void fill_schedules(Bytes& bytes) {
-  for (ScheduleEntry& entry : INI.schedule) {
-    entry.action = static_cast<std::uint8_t>(bytes.next());
-    if (entry.action == 0) continue;
-    for (int i = 0; i < 4; ++i)
-      entry.time =
-          static_cast<std::int32_t>(static_cast<std::uint32_t>(entry.time) << 8U | bytes.next());
-    entry.ups = static_cast<std::uint16_t>(bytes.next() << 8U | bytes.next());
-    entry.type = static_cast<std::uint8_t>(bytes.next());
-    entry.day = static_cast<std::uint8_t>(bytes.next());
-  }
-}
-
 }  // namespace
 
 std::string first_silent_line(const Folder& folder) {
@@ -176,8 +149,7 @@ std::string first_silent_line(const Folder& folder) {
   check_folder(folder.path(), "");
   const std::vector<Finding> found = findings;
   folder.use();
-  if (load() != 0) return {};
-  if (SaveINI() != 0) return "the files cannot be saved";
+  if (load() != 0 || SaveINI() != 0) return "the files cannot be loaded and saved";
   const Folder::Files after = folder.files();
   for (const auto& [name, bytes] : before) {
     const auto at = after.find(name);
@@ -190,9 +162,12 @@ std::string first_silent_line(const Folder& folder) {
     }
   }
   remove_left_groups(folder);
+  const Folder::Files kept = folder.files();
   check_folder(folder.path(), "");
   const std::string blame = first_blame();
-  return blame.empty() ? blame : "after the save: " + blame;
+  if (!blame.empty()) return "after the save: " + blame;
+  const bool same = load() == 0 && SaveINI() == 0 && folder.files() == kept;
+  return same ? "" : "a second save changes what the first one has written";
 }
 
 std::string first_false_alarm(const Folder& folder) {
@@ -212,13 +187,10 @@ void make_record(std::string_view input) {
       if (file == group_file && bytes.next() % 3 == 0) continue;
       char* const start = record + static_cast<std::size_t>(group) * sizeof(Group);
       for (const Family& family : families_of(file)) {
-        const bool schedules = record + family.offset == reinterpret_cast<char*>(INI.schedule);
         const bool events = file == group_file && &family == &families_of(file)[group_events];
-        if (schedules)
-          fill_schedules(bytes);
-        else
-          fill_family(bytes, family, start + family.offset, events);
+        fill_family(bytes, family, start + family.offset, events);
       }
     }
   }
+  DecodeSchedules();
 }

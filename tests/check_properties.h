@@ -10,7 +10,8 @@
 
 /// Checks the configuration in a folder, loads it and saves it. Returns an account of the first
 /// line that did not come back and had no finding, or of the first finding about what has been
-/// saved then; nothing if there is none. A folder that cannot be loaded loses nothing.
+/// saved then. It may also say that the files cannot be loaded, or that a second save changes them.
+/// Returns nothing when all is well.
 std::string first_silent_line(const Folder& folder);
 
 /// Saves `INI` into a folder, which it empties first, and checks it. Returns an account of the

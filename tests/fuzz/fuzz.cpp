@@ -1,14 +1,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <initializer_list>
 #include <iterator>
 
 #include "check/check.h"
 #include "check/finding.h"
 #include "command/escaped.h"
 #include "config/group_profile.h"
-#include "config/ini_reader.h"
 #include "config/store.h"
 #include "lang/lang_text.h"
 #include "lang/language_choice.h"
@@ -33,51 +31,20 @@ const Folder folder{Folder::Files{}};
 /// Ends the run with a finding unless there is no account of one.
 void require_none(const std::string& account) { require(account.empty(), account.c_str()); }
 
-/// Makes the folder hold nothing but these files, separated by ASCII 28. A file without a separator
-/// before it is not there, unless it is one of the first `always`.
-void write_files(std::string_view input, std::initializer_list<const char*> names, int always) {
-  folder.use();
-  for (const auto& [name, bytes] : folder.files()) folder.remove(name);
-  bool more = true;
-  for (const char* name : names) {
-    if (!more && always <= 0) break;
-    const std::size_t size = std::min(input.find('\x1c'), input.size());
-    folder.write(name, input.substr(0, size));
-    more = size < input.size();
-    input.remove_prefix(more ? size + 1 : size);
-    --always;
-  }
-}
-
-/// Loading and saving, once it has been done, changes nothing any more.
-void check_round_trip(int (*load)(), int (*save)()) {
-  Folder::Files saved;
-  for (const bool again : {false, true}) {
-    require(load() == 0 && save() == 0, "what is there loads and can be saved");
-    Folder::Files files = folder.files();
-    require(!again || files == saved, "what was saved is saved again, byte for byte");
-    saved.swap(files);
-  }
-}
-
 template <typename T>
 bool is_zero(const T& object) {
   static const T zero = {};
   return std::memcmp(&object, &zero, sizeof object) == 0;
 }
 
-/// A start of the program. What no file can reach stays zero.
-int load_configuration() {
-  actual_section = 255;
-  const int result = LoadINI();
+/// What no file can reach stays zero.
+void require_zeros() {
   require(is_zero(INI.spare) && is_zero(INI.email_config.spare) && is_zero(INI.mess_config.spare) &&
               is_zero(INI.wap_config.spare) && is_zero(INI.group[0].spare),
           "spare bytes stay zero");
   for (const ScheduleEntry& entry : INI.schedule) {
     require(is_zero(entry.spare) && entry.last == 0, "the moment of firing is in no file");
   }
-  for (int i = 1; i < group_count; ++i) require(is_zero(INI.group[i]), "other groups stay empty");
-  return result;
 }
 
 }  // namespace
@@ -85,21 +52,20 @@ int load_configuration() {
 /// The targets. Each is built as a program of its own, which `FUZZ_TARGET` names.
 namespace fuzz {
 
-/// A whole configuration, its files separated by ASCII 28. Only one group file: of several, a save
-/// may leave a file that no group has written, and the next start takes it for one more group.
-void ini(std::string_view input) {
-  constexpr int all = 5;
-  write_files(input, {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini", "sensor.ini"}, all);
-  check_round_trip(load_configuration, SaveINI);
-}
-
-/// The files of `ini` and then more groups: what a save does not bring back has a finding.
+/// The files of a configuration, separated by ASCII 28. A file without a separator before it is not
+/// there, unless it is the first. What a save does not bring back has a finding.
 void check(std::string_view input) {
-  write_files(input,
-              {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini", "sensor.ini",
-               "group_01.ini", "group_02.ini", "group_04.ini", "group_09.ini"},
-              1);
+  Folder::Files files;
+  for (const char* name : {"kestrel.ini", "jobs.ini", "jobsSTS.ini", "group_00.ini", "sensor.ini",
+                           "group_01.ini", "group_02.ini", "group_04.ini", "group_09.ini"}) {
+    const std::size_t size = std::min(input.find('\x1c'), input.size());
+    files[name] = input.substr(0, size);
+    if (size == input.size()) break;
+    input.remove_prefix(size + 1);
+  }
+  folder.hold(files);
   require_none(first_silent_line(folder));
+  require_zeros();
 }
 
 /// The bytes of a record: what a save makes of it deserves no blame.
@@ -152,13 +118,18 @@ void language(std::string_view input) {
   }
 }
 
-/// A group profile.
+/// A group profile. Loading and saving, once it has been done, changes nothing any more.
 void profile(std::string_view input) {
   static const std::string path = folder.path("profile");
   static GroupEvent events[event_count];
-  const auto load = [] { return LoadGroupProfile(path.c_str(), events); };
   folder.write("profile", input);
-  check_round_trip(load, [] { return SaveGroupProfile(path.c_str(), events); });
+  std::string saved;
+  for (const bool again : {false, true}) {
+    require(LoadGroupProfile(path.c_str(), events) == 0, "a profile that is there loads");
+    require(SaveGroupProfile(path.c_str(), events) == 0, "a profile can be saved");
+    require(!again || folder.read("profile") == saved, "it is saved again, byte for byte");
+    saved = folder.read("profile");
+  }
 }
 
 /// Two bytes choose the time zone, and the moment of a period in which entry 0 is due. The codes of
