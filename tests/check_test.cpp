@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <sstream>
 #include <vector>
 
@@ -15,21 +11,9 @@
 
 namespace {
 
-/// Runs commands of the shell in the folder, to which the commands that we install are added.
-/// Returns the status.
-int run(const Folder& folder, const std::string& commands) {
-  folder.write("commands", "source=" HARRIER_SOURCE_DIR "\nPATH=.:$PATH\n" + commands + "\n");
-  for (const char* const name : {"harrier-check", "harrier-languages"}) {
-    const std::string program = folder.path(name);
-    if (!std::filesystem::exists(program))
-      std::filesystem::create_symlink(built_program(name), program);
-  }
-  return WEXITSTATUS(std::system(("cd " + folder.path() + " && bash -eu commands").c_str()));
-}
-
 /// What commands print.
 std::string printed(const Folder& folder, const std::string& commands) {
-  run(folder, "exec >printed 2>/dev/null\n" + commands);
+  folder.run("exec >printed 2>/dev/null\n" + commands);
   return folder.read("printed");
 }
 
@@ -49,25 +33,20 @@ std::vector<Case> read_cases(const Table& table) {
   return cases;
 }
 
-std::string name_of(const testing::TestParamInfo<Table>& table) {
-  std::string name = table.param.name;
-  std::erase(name, ' ');
-  return name;
-}
-
 class Check : public testing::TestWithParam<Table> {};
 
 TEST_P(Check, SaysWhatIsWrong) {
   for (const Case& c : read_cases(GetParam())) {
     SCOPED_TRACE("findings.txt, line " + std::to_string(c.line));
     const Folder folder;
-    const int status = run(folder, c.commands + "\n./harrier-check --quiet \"$@\" >printed");
+    const int status = folder.run(c.commands + "\n./harrier-check --quiet \"$@\" >printed");
     EXPECT_EQ(folder.read("printed"), c.findings);
     EXPECT_EQ(status, c.findings.find(": error: ") == std::string::npos ? 0 : 1);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Findings, Check, testing::ValuesIn(read_tables("findings.txt")), name_of);
+INSTANTIATE_TEST_SUITE_P(Findings, Check, testing::ValuesIn(read_tables("findings.txt")),
+                         table_name);
 
 class CheckCommand : public testing::TestWithParam<Table> {};
 
@@ -81,16 +60,16 @@ TEST_P(CheckCommand, DoesAsWritten) {
       const bool is_error = line[i].starts_with("2> ");
       (is_error ? err : out) += keys(line[i].substr(is_error ? 3 : 0)) + "\n";
     }
-    EXPECT_EQ(run(folder, "exec >printed 2>said\n" + line[0]), std::stoi(line[1]));
+    EXPECT_EQ(folder.run("exec >printed 2>said\n" + line[0]), std::stoi(line[1]));
     EXPECT_EQ(folder.read("printed"), out);
     EXPECT_EQ(folder.read("said"), err);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CheckCommand, testing::ValuesIn(read_tables("check_commands.txt")),
-                         name_of);
+                         table_name);
 INSTANTIATE_TEST_SUITE_P(Languages, CheckCommand,
-                         testing::ValuesIn(read_tables("languages_commands.txt")), name_of);
+                         testing::ValuesIn(read_tables("languages_commands.txt")), table_name);
 
 /// Every byte as a key, as a value, and as a section.
 std::string hostile_lines() {
@@ -124,36 +103,6 @@ TEST(Json, SaysTheSameAsTheText) {
   EXPECT_GT(json["findings"].size(), 1000u);
 }
 
-TEST(Json, HasTheFactsThatThereAre) {
-  const Folder folder;
-  folder.write("kestrel.ini", "[System]\nName=\"\"a\"\nPort\xff\n");
-  const auto json = nlohmann::json::parse(
-      printed(folder, "harrier-check --format=json kestrel.ini --as=kestrel.ini"));
-  EXPECT_FALSE(json.contains("folder"));
-  const nlohmann::json expected[] = {
-      {{"file", "kestrel.ini"},
-       {"line", 2},
-       {"level", "error"},
-       {"class", "quote-inside"},
-       {"section", "System"},
-       {"key", "Name"},
-       {"message", R"(System.Name ends at the quote inside ""a": "" is taken)"},
-       {"before", "\"a"},
-       {"after", ""}},
-      {{"file", "kestrel.ini"},
-       {"line", 3},
-       {"level", "warning"},
-       {"class", "no-equals"},
-       {"message", R"("Port\xff" is no "key=value", so it has no effect, and a save drops it)"},
-       {"before", "Port\uFFFD"}},
-  };
-  for (const auto& finding : expected) {
-    EXPECT_NE(std::find(json["findings"].begin(), json["findings"].end(), finding),
-              json["findings"].end())
-        << finding << "\nis not in " << json;
-  }
-}
-
 /// The page about the command with the classes of the program in its tables.
 std::string with_classes(const std::string& page) {
   std::istringstream lines(page);
@@ -177,23 +126,8 @@ std::string with_classes(const std::string& page) {
 }
 
 TEST(Classes, AreDescribed) {
-  const std::string file = source_dir() + "/docs/check.md";
-  const std::string page = read_file(file);
-  const std::string drawn = with_classes(page);
-  if (drawing()) std::ofstream(file) << drawn;
-  EXPECT_TRUE(drawing() || drawn == page) << "./test --draw draws docs/check.md anew";
-  const Folder folder;
-  const std::string list = "\n" + printed(folder, "harrier-check --list");
-  for (const ClassRow& row : class_rows()) {
-    const std::string name = name_of(row);
-    EXPECT_NE(drawn.find("| `" + name + "` |"), std::string::npos) << name;
-    EXPECT_NE(list.find("\n" + name + " "), std::string::npos) << name;
-    const std::string text = printed(folder, "harrier-check --explain " + name);
-    EXPECT_TRUE(text.starts_with(name + ": " + std::string(name_of(row.level)) + " (")) << text;
-    EXPECT_FALSE(std::regex_search(text, std::regex("[^\n]{81}"))) << text;
-    const std::string line = replaced(text, {{"\n", " "}});
-    EXPECT_NE(line.find(row.explanation), std::string::npos) << text;
-  }
+  const std::string page = source_dir() + "/docs/check.md";
+  expect_drawn(page, with_classes(read_file(page)));
 }
 
 TEST(Classes, AreFoundInATest) {

@@ -114,6 +114,14 @@ void Folder::hold(const Files& files) const {
   }
 }
 
+int Folder::run(const std::string& commands) const {
+  write("commands", "source=" + source_dir() + "\nPATH=.:$PATH\n" + commands + "\n");
+  for (const char* const name : {"harrier-check", "harrier-languages"}) {
+    if (!fs::exists(path(name))) fs::create_symlink(built_program(name), path(name));
+  }
+  return WEXITSTATUS(std::system(("cd " + path() + " && bash -eu commands").c_str()));
+}
+
 std::string Folder::value(std::string_view name, std::string_view section,
                           std::string_view key) const {
   return ini_value(read(name), section, key);

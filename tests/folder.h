@@ -58,6 +58,10 @@ class Folder {
   /// Makes `files()` these, whatever was there before.
   void hold(const Files& files) const;
 
+  /// Runs commands of bash in the folder, up to the first one that fails. They find the commands
+  /// that we install there, and the sources in "$source". Returns the exit status.
+  int run(const std::string& commands) const;
+
   /// `ini_value` and `with_value` of a file in the folder.
   std::string value(std::string_view name, std::string_view section, std::string_view key) const;
   void set(std::string_view name, const std::string& section, const std::string& key,

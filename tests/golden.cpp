@@ -108,7 +108,9 @@ std::string as_picture(const std::vector<Row>& screen) {
   return svg + "</svg>\n";
 }
 
-void compare(const std::string& file, const std::string& drawn) {
+}  // namespace
+
+void expect_drawn(const std::string& file, const std::string& drawn) {
   if (drawing()) {
     std::ofstream(file) << drawn;
   } else {
@@ -116,15 +118,13 @@ void compare(const std::string& file, const std::string& drawn) {
   }
 }
 
-}  // namespace
-
 bool drawing() { return std::getenv("HARRIER_DRAW") != nullptr; }
 
 void expect_screen(Operator& op, const std::string& name) {
   op.settle();
   std::vector<Row> screen;
   for (int row = 1; row <= rows; ++row) screen.push_back(capture_row(op, row));
-  compare(source_dir() + "/tests/data/screens/" + name + ".txt", as_text(screen));
+  expect_drawn(source_dir() + "/tests/data/screens/" + name + ".txt", as_text(screen));
   const std::string picture = source_dir() + "/docs/pictures/" + name + ".svg";
-  if (std::filesystem::exists(picture)) compare(picture, as_picture(screen));
+  if (std::filesystem::exists(picture)) expect_drawn(picture, as_picture(screen));
 }

@@ -9,5 +9,8 @@
 /// white cells, then 11 in cyan. A blank counts with the characters after it.
 void expect_screen(Operator& op, const std::string& name);
 
+/// Compares a text with a file, whose path is absolute. While drawing, writes the file instead.
+void expect_drawn(const std::string& file, const std::string& drawn);
+
 /// Returns whether golden files are to be written: HARRIER_DRAW is in the environment.
 bool drawing();

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
-#include <random>
 #include <sstream>
 #include <vector>
 
 #include "lang/lang_text.h"
 #include "lang/text_ids.h"
+#include "tests/random.h"
 #include "tests/tables.h"
 #include "tui/format.h"
 
@@ -35,62 +34,53 @@ TEST(Languages, AreTakenApartByTheirCheck) {
     folder.write("lang_15.ini", broken);
     std::string expected;
     for (std::size_t i = 2; i < line.cells.size(); ++i) expected += english(line[i]) + "\n";
-    const std::string command = "cd " + folder.path() + "; " + built_program("check_language") +
-                                " lang_15.ini >printed 2>&1";
-    const int status = std::system(command.c_str());
+    const int status = folder.run(built_program("check_language") + " lang_15.ini >printed 2>&1");
     EXPECT_EQ(replaced(folder.read("printed"), {{"lang_15.ini: ", ""}, {"lang_15.ini:", ""}}),
               expected);
-    EXPECT_EQ(WEXITSTATUS(status), expected.find("complete") == std::string::npos ? 1 : 0);
+    EXPECT_EQ(status, expected.find("complete") == std::string::npos ? 1 : 0);
   }
 }
 
 /// A language file of several programs, made up at random, and what it must become.
 class SharedFile {
  public:
-  explicit SharedFile(unsigned seed) : random_(seed), style_(below(3)) {
+  explicit SharedFile(unsigned seed) : random_(seed), style_(random_.below(3)) {
     others("Espa\u00f1ol\nVersion: 4.1\n");
     lines(true);
     others("[Merlin]\n");
     lines(true);
-    for (int blocks = below(4); blocks > 0; --blocks) {
-      if (below(2) == 0)
+    for (std::size_t blocks = random_.below(4); blocks > 0; --blocks) {
+      if (random_.once_in(2)) {
         section();
-      else
-        other_section();
+      } else {
+        others(random_.once_in(2) ? "[Wren]\n" : "[Heron]\n");
+        lines(true);
+      }
     }
-    const std::size_t last = text_.rfind('\n', text_.size() - 2) + 1;
-    if (below(2) == 0 && text_.find('[', last) == std::string::npos) {
-      text_.pop_back();
-      if (!ours_is_last_) (header_.empty() ? before_ : after_).pop_back();
-    }
+    std::string& end = !after_.empty() ? after_ : !section_.empty() ? section_ : before_;
+    const std::size_t last_line = text().rfind('\n', text().size() - 2) + 1;
+    if (random_.once_in(2) && text().find('[', last_line) == std::string::npos) end.pop_back();
   }
 
-  std::string text() const { return text_; }
+  std::string text() const { return before_ + section_ + after_; }
 
   /// With these lines as its section.
   std::string with(const std::string& section) const {
-    const std::string& model = header_.empty() ? before_ : header_;
-    const std::size_t end = model.rfind('\n');
-    const std::string line_end = model[end - 1] == '\r' ? "\r\n" : "\n";
-    const bool open = header_.empty() && !before_.ends_with('\n');
+    const std::size_t end = section_.empty() ? before_.rfind('\n') : section_.find('\n');
+    const char before_end = (section_.empty() ? before_ : section_)[end - 1];
+    const std::string line_end = before_end == '\r' ? "\r\n" : "\n";
+    const bool open = section_.empty() && !before_.ends_with('\n');
     return before_ + (open ? line_end : "") + replaced(section, {{"\n", line_end}}) + after_;
   }
 
  private:
-  int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-
   /// The lines with the line ends of the file: of Unix, of Windows, or mixed.
   std::string ended(const std::string& lines) {
-    const bool windows = style_ == 1 || (style_ == 2 && below(2) == 0);
+    const bool windows = style_ == 1 || (style_ == 2 && random_.once_in(2));
     return windows ? replaced(lines, {{"\n", "\r\n"}}) : lines;
   }
 
-  void others(const std::string& lines) {
-    const std::string bytes = ended(lines);
-    text_ += bytes;
-    (header_.empty() ? before_ : after_) += bytes;
-    ours_is_last_ = false;
-  }
+  void others(const std::string& lines) { (section_.empty() ? before_ : after_) += ended(lines); }
 
   /// Lines that belong to no section [Harrier]; next to one of its texts only `texts` may not be.
   void lines(bool texts) {
@@ -98,47 +88,36 @@ class SharedFile {
                                "; [Harrier]\n",
                                " [Harrier]\n",
                                "stringString000=\"\"\n",
-                               std::string(static_cast<std::size_t>(294 + below(8)), 'x') + "\n",
+                               std::string(294 + random_.below(8), 'x') + "\n",
                                std::string(597, 'y') + "\n",
                                "[Harrier] \n",
                                "String422=\"more\"\n",
                                "String000=\"[Harrier]\"\n",
                                "[harrier]\n"};
-    for (int count = below(6); count > 0; --count) others(odd[below(texts ? 10 : 7)]);
-  }
-
-  void other_section() {
-    others(below(2) == 0 ? "[Wren]\n" : "[Heron]\n");
-    lines(true);
+    for (std::size_t count = random_.below(6); count > 0; --count)
+      others(odd[random_.below(texts ? 10 : 7)]);
   }
 
   /// Nobody reads a second one.
   void section() {
     // The loader reads a long line in pieces, and finds the header in its second piece.
-    if (below(4) == 0) others(std::string(298, 'z'));
+    if (random_.once_in(4)) others(std::string(298, 'z'));
     std::string bytes = ended("[Harrier]\n");
-    const std::string header = bytes;
-    for (int count = below(5); count > 0; --count) {
-      if (below(4) == 0) bytes += ended("; a remark\n\n");
-      bytes += ended("String" + format("%03d", below(430)) + "=\"old\"\n");
-      if (below(8) == 0) bytes.insert(bytes.rfind('"'), 400, '[');
+    for (std::size_t count = random_.below(5); count > 0; --count) {
+      if (random_.once_in(4)) bytes += ended("; a remark\n\n");
+      bytes +=
+          ended("String" + format("%03d", static_cast<int>(random_.below(430))) + "=\"old\"\n");
+      if (random_.once_in(8)) bytes.insert(bytes.rfind('"'), 400, '[');
     }
-    text_ += bytes;
-    ours_is_last_ = header_.empty();
-    if (header_.empty())
-      header_ = header;
-    else
-      after_ += bytes;
+    (section_.empty() ? section_ : after_) += bytes;
     lines(false);
   }
 
-  std::mt19937 random_;
-  int style_;
-  std::string text_;
+  Random random_;
+  std::size_t style_;
   std::string before_;
-  std::string header_;  // of the section
+  std::string section_;  // ours
   std::string after_;
-  bool ours_is_last_ = false;
 };
 
 /// All texts that a file loads.
@@ -154,23 +133,22 @@ TEST(Languages, ShareTheirFilesWithOtherPrograms) {
   const std::string from = source_dir() + "/languages/";
   for (unsigned round = 0; round < 10; ++round) {
     const Folder folder;
-    const std::string command = built_program("harrier-languages") + " --from=" + from + " " +
-                                folder.path() + " >" + folder.path("printed") + " 2>&1 ";
+    const std::string command = "harrier-languages --from=" + from + " >printed 2>&1 ";
     std::map<std::string, SharedFile> files;
     for (unsigned i = 0; i < 15; ++i) {
       const std::string name = format("lang_%02u.ini", i);
       files.emplace(name, SharedFile(round * 15 + i));
       folder.write(name, files.at(name).text());
     }
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1) << folder.read("printed");
+    EXPECT_EQ(folder.run(command), 1) << folder.read("printed");
     for (const auto& [name, file] : files) EXPECT_EQ(folder.read(name), file.text());
-    EXPECT_EQ(WEXITSTATUS(std::system((command + "--apply").c_str())), 0) << folder.read("printed");
+    EXPECT_EQ(folder.run(command + "--apply"), 0) << folder.read("printed");
     for (const auto& [name, file] : files) {
       const std::string ours = read_file(from + name);
       EXPECT_EQ(folder.read(name), file.with(ours.substr(ours.find("[Harrier]")))) << file.text();
       EXPECT_EQ(texts_of(folder.path(name)), texts_of(from + name));
     }
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 0) << folder.read("printed");
+    EXPECT_EQ(folder.run(command), 0) << folder.read("printed");
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cctype>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,13 @@ struct Line {
 struct Table {
   std::string name;
   std::vector<Line> lines;
+};
+
+/// The name of a table as GoogleTest takes it: letters and digits.
+constexpr auto table_name = [](const auto& table) {
+  std::string name = table.param.name;
+  std::erase_if(name, [](unsigned char byte) { return std::isalnum(byte) == 0; });
+  return name;
 };
 
 /// Reads the tables of a file in tests/data. "[name]" begins a table, "#" a comment, and " | "

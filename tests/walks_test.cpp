@@ -17,10 +17,6 @@ class Tables : public testing::TestWithParam<Table> {
 
 auto tables(const char* file) { return testing::ValuesIn(read_tables(file)); }
 
-std::string name_of(const testing::TestParamInfo<Table>& table) {
-  return std::regex_replace(table.param.name, std::regex("[^A-Za-z0-9]"), "");
-}
-
 class Walks : public Tables {};
 
 TEST_P(Walks, GoAsWritten) {
@@ -29,7 +25,7 @@ TEST_P(Walks, GoAsWritten) {
   walk.finish();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Walks, tables("walks.txt"), name_of);
+INSTANTIATE_TEST_SUITE_P(All, Walks, tables("walks.txt"), table_name);
 
 class Commands : public Tables {};
 
@@ -49,7 +45,7 @@ TEST_P(Commands, DoAsWritten) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Commands, tables("commands.txt"), name_of);
+INSTANTIATE_TEST_SUITE_P(All, Commands, tables("commands.txt"), table_name);
 
 class Screens : public Tables {};
 
@@ -63,7 +59,7 @@ TEST_P(Screens, AreShownAndLeadTheArrow) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Screens, tables("arrow_paths.txt"), name_of);
+INSTANTIATE_TEST_SUITE_P(All, Screens, tables("arrow_paths.txt"), table_name);
 
 // Drawing removes the golden files that no row names any more.
 TEST(Screens, AreInUse) {
@@ -114,8 +110,8 @@ TEST_P(Fields, AreEditedAndSaved) {
   walk.finish();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Fields, tables("fields.txt"), name_of);
-INSTANTIATE_TEST_SUITE_P(Odd, Fields, tables("odd_edits.txt"), name_of);
+INSTANTIATE_TEST_SUITE_P(All, Fields, tables("fields.txt"), table_name);
+INSTANTIATE_TEST_SUITE_P(Odd, Fields, tables("odd_edits.txt"), table_name);
 
 TEST(Tour, ChangesSomethingOnEveryScreenAndFindsItAgain) {
   std::vector<Line> tour;
