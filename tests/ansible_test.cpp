@@ -13,41 +13,27 @@
 
 namespace {
 
-/// Returns what the program writes for a value that is empty or 0, as a row of the table has it.
-std::string default_of(const Field& field, const void* defaults) {
-  if (defaults == nullptr) return "";
-  if (field.kind == Kind::text) {
-    const std::string_view text = text_at(field, defaults);
-    return text.empty() ? "" : ", default: " + std::string(text);
-  }
-  const unsigned number = number_at(field, defaults);
-  return number == 0 ? "" : ", default: " + std::to_string(number);
-}
-
+/// The largest value, and what the program writes for a value that is empty or 0.
 std::string key_row(const Field& field, const void* defaults) {
-  std::string row = "        ";
-  row += field.key;
-  if (field.kind == Kind::text)
-    row += ": { text: " + std::to_string(field.width);
-  else
-    row += field.kind == Kind::u16 ? ": { number: 65535" : ": { number: 255";
-  return row + default_of(field, defaults) + " }\n";
+  const bool is_text = field.kind == Kind::text;
+  const std::string limit = is_text                   ? "text: " + std::to_string(field.width)
+                            : field.kind == Kind::u16 ? "number: 65535"
+                                                      : "number: 255";
+  const std::string value =
+      is_text ? std::string(text_at(field, defaults)) : std::to_string(number_at(field, defaults));
+  const std::string otherwise = value.empty() || value == "0" ? "" : ", default: " + value;
+  return std::string("        ") + field.key + ": { " + limit + otherwise + " }\n";
 }
 
 std::string family_rows(const Family& family, bool members) {
-  std::vector<std::byte> entry;
-  if (family.defaults != nullptr) {
-    entry.resize(family.size);
-    family.defaults(entry.data());
-  }
-  std::string rows = "    - section: ";
-  rows.append(family.name).append("\n");
+  std::vector<std::byte> entry(family.size);
+  if (family.defaults != nullptr) family.defaults(entry.data());
+  std::string rows = std::string("    - section: ") + family.name + "\n";
   if (family.count != 0) rows += "      entries: " + std::to_string(family.stored) + "\n";
   if (family.only_used) rows += "      only_used: true\n";
   if (members) rows += "      zeros: false\n";
   rows += "      keys:\n";
-  for (const Field& field : family.fields)
-    rows += key_row(field, entry.empty() ? nullptr : entry.data());
+  for (const Field& field : family.fields) rows += key_row(field, entry.data());
   return rows;
 }
 

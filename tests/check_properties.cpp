@@ -102,10 +102,8 @@ class Bytes {
   explicit Bytes(std::string_view bytes) : bytes_(bytes) {}
 
   unsigned next() {
-    if (bytes_.empty()) return 0;
-    const auto byte = static_cast<unsigned char>(bytes_[0]);
-    bytes_.remove_prefix(1);
-    return byte;
+    const std::string_view byte = next(1);
+    return byte.empty() ? 0 : static_cast<unsigned char>(byte[0]);
   }
 
   std::string_view next(std::size_t size) {

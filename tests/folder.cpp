@@ -121,13 +121,3 @@ int Folder::run(const std::string& commands) const {
   }
   return WEXITSTATUS(std::system(("cd " + path() + " && bash -eu commands").c_str()));
 }
-
-std::string Folder::value(std::string_view name, std::string_view section,
-                          std::string_view key) const {
-  return ini_value(read(name), section, key);
-}
-
-void Folder::set(std::string_view name, const std::string& section, const std::string& key,
-                 std::string_view value) const {
-  write(name, with_value(read(name), section, key, value));
-}

@@ -62,11 +62,6 @@ class Folder {
   /// that we install there, and the sources in "$source". Returns the exit status.
   int run(const std::string& commands) const;
 
-  /// `ini_value` and `with_value` of a file in the folder.
-  std::string value(std::string_view name, std::string_view section, std::string_view key) const;
-  void set(std::string_view name, const std::string& section, const std::string& key,
-           std::string_view value) const;
-
  private:
   std::string path_;
 };

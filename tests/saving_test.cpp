@@ -22,7 +22,6 @@
 #include "config/group_profile.h"
 #include "config/store.h"
 #include "tests/failing_calls.h"
-#include "tests/operator.h"
 #include "tests/tables.h"
 #include "tui/diag.h"
 #include "tui/terminal.h"
@@ -305,23 +304,5 @@ TEST_P(FailedSave, LeavesEveryFileOldOrNewAndRescuesAll) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, FailedSave, testing::Bool());
-
-// --- At a terminal ------------------------------------------------------------------------------
-
-TEST(Saving, SaysWhatSomebodyElseHasChanged) {
-  const Folder folder;
-  Operator op(folder);
-  op.open("1/1");
-  op.type("Attic\r");
-  folder.set("kestrel.ini", "System", "Name", "\"theirs\"");
-  EXPECT_EQ(op.quit("y"), 1);
-  const std::string sentence =
-      english("$saved") + "\r\n\rkestrel.ini was changed by somebody else meanwhile: kept as ";
-  const std::size_t at = op.output().find(sentence);
-  ASSERT_NE(at, std::string::npos) << op.output();
-  const std::string kept = op.output().substr(at + sentence.size(), 27);
-  EXPECT_EQ(folder.value(kept, "System", "Name"), "\"theirs\"");
-  EXPECT_EQ(folder.value("kestrel.ini", "System", "Name"), "\"Attic\"");
-}
 
 }  // namespace
