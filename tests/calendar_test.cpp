@@ -45,6 +45,7 @@ TEST(Calendar, CountsSecondsInEveryZoneAndSeason) {
         clock_shows = 0;
         EXPECT_EQ(std::to_string(result), line[3]) << "in line " << line.number << " at " << now;
       }
+      EXPECT_TRUE(clock.eof()) << "line " << line.number << " has a clock that cannot be read";
     }
   }
 }

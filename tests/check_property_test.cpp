@@ -72,14 +72,19 @@ std::string change_all(std::string& bytes, const Line& row) {
   return "everywhere " + row[0];
 }
 
+/// Those of one place, and those of a whole file.
+const std::vector<Table>& changes() {
+  static const std::vector<Table> tables = read_tables("changes.txt");
+  return tables;
+}
+
 /// Changes the files in some way. Returns an account of it.
 std::string change(Random& random, Files& files) {
-  static const std::vector<Table> tables = read_tables("changes.txt");
   auto& [name, bytes] = random.one_of(files);
   const std::size_t at = random.below(bytes.size() + 1);
   switch (random.below(20)) {
     case 0:
-      return name + ": " + change_all(bytes, random.one_of(tables.at(1).lines));
+      return name + ": " + change_all(bytes, random.one_of(changes().at(1).lines));
     case 1:
       bytes = random.once_in(2) ? bytes.substr(0, at) : bytes.substr(at);
       return name + ": a part up to " + std::to_string(at) + ", or from there on";
@@ -99,7 +104,7 @@ std::string change(Random& random, Files& files) {
       return group + ": from " + from;
     }
     default:
-      return name + ": " + change_place(random, bytes, random.one_of(tables.at(0).lines));
+      return name + ": " + change_place(random, bytes, random.one_of(changes().at(0).lines));
   }
 }
 
@@ -122,6 +127,15 @@ class CheckProperty : public testing::Test {
   const unsigned seed_ = setting("HARRIER_SEED", 1);
   const unsigned folders_ = setting("HARRIER_FOLDERS", 300);
 };
+
+TEST(Changes, AreMade) {
+  for (const Table& table : changes()) {
+    for (const Line& row : table.lines) {
+      Random random(row.number);
+      EXPECT_FALSE(find(random, demo_with("")["kestrel.ini"], row[0]).empty()) << row.number;
+    }
+  }
+}
 
 TEST_F(CheckProperty, NothingGoesSilently) {
   Files demo = demo_with("");

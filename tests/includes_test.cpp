@@ -20,6 +20,7 @@ TEST(Includes, PointOneWay) {
       const std::vector<Line>& rows = tables[name.ends_with(".cpp") ? 0 : 1].lines;
       const auto row = std::find_if(rows.begin(), rows.end(),
                                     [&](const Line& line) { return name.starts_with(line[0]); });
+      ASSERT_NE(row, rows.end()) << name;
       const std::string text = read_file(entry.path());
       for (std::sregex_iterator at(text.begin(), text.end(), directive), end; at != end; ++at) {
         const auto permits = [include = at->str(1)](const std::string& permitted) {

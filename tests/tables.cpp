@@ -48,13 +48,15 @@ std::vector<Table> read_tables(std::string_view name) {
   for (std::string line; std::getline(file, line);) {
     ++number;
     if (line.empty() || line[0] == '#') continue;
-    if (line[0] == '[') {
-      tables.push_back({line.substr(1, line.find(']') - 1), {}});
+    if (line.starts_with('[') && line.ends_with(']')) {
+      tables.push_back({line.substr(1, line.size() - 2), {}});
     } else {
       tables.at(tables.size() - 1).lines.push_back({number, split(repeated(line), " |")});
     }
   }
-  if (tables.empty()) throw std::runtime_error("no tables in " + std::string(name));
+  const auto is_empty = [](const Table& table) { return table.lines.empty(); };
+  if (tables.empty() || std::any_of(tables.begin(), tables.end(), is_empty))
+    throw std::runtime_error("no table, or one without lines, in " + std::string(name));
   return tables;
 }
 

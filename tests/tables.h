@@ -28,7 +28,8 @@ constexpr auto table_name = [](const auto& table) {
 };
 
 /// Reads the tables of a file in tests/data. "[name]" begins a table, "#" a comment, and " | "
-/// separates two cells. Throws when there are none, so that no case is lost in silence.
+/// separates two cells. Throws when there are none, or when one is empty, so that no case is lost
+/// in silence.
 std::vector<Table> read_tables(std::string_view name);
 
 /// The text with wordings for references: "$new_value" becomes the English text of that name in

@@ -40,6 +40,7 @@ TEST_P(Commands, DoAsWritten) {
     SCOPED_TRACE("commands.txt, line " + std::to_string(line.number));
     files["command"] =
         "#!/bin/sh\nPATH=$PATH:/usr/bin source=" HARRIER_SOURCE_DIR "\n" + line[0] + "\n";
+    ASSERT_GT(line.cells.size(), 1U) << "nothing is expected";
     Walk walk(files, {.name = "./command"});
     for (std::size_t i = 1; i < line.cells.size(); ++i) walk.take(line[i]);
   }
