@@ -131,7 +131,7 @@ class CheckProperty : public testing::Test {
 TEST(Changes, AreMade) {
   for (const Table& table : changes()) {
     for (const Line& row : table.lines) {
-      Random random(row.number);
+      Random random(static_cast<unsigned>(row.number));
       EXPECT_FALSE(find(random, demo_with("")["kestrel.ini"], row[0]).empty()) << row.number;
     }
   }

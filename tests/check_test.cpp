@@ -130,16 +130,4 @@ TEST(Classes, AreDescribed) {
   expect_drawn(page, with_classes(read_file(page)));
 }
 
-TEST(Classes, AreFoundInATest) {
-  const std::string data = source_dir() + "/tests/data/";
-  const std::string table =
-      read_file(data + "findings.txt") + read_file(data + "check_commands.txt");
-  std::string missing;
-  for (const ClassRow& row : class_rows()) {
-    const std::string name = name_of(row);
-    if (table.find(" [" + name + "]") == std::string::npos) missing += name + " ";
-  }
-  EXPECT_EQ(missing, "");
-}
-
 }  // namespace
