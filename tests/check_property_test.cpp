@@ -59,8 +59,8 @@ std::string change_place(Random& random, std::string& bytes, const Line& row) {
   const auto at = static_cast<std::size_t>(found[0].first - bytes.begin());
   const std::string form = keys(row[1 + random.below(row.cells.size() - 1)]);
   const std::string text = filled(random, found.format(form), at - start_of_line(bytes, at));
-  const std::string account = std::to_string(at) + " " + testing::PrintToString(found.str()) +
-                              " -> " + testing::PrintToString(text);
+  std::string account = std::to_string(at) + " " + testing::PrintToString(found.str()) + " -> " +
+                        testing::PrintToString(text);
   bytes.replace(at, found.str().size(), text);
   return account;
 }
