@@ -16,7 +16,8 @@
 
 namespace {
 
-// What a finding says reaches from its line to the whole file, or to the lines under the header.
+// How far a loss reaches that a finding reports: to the whole file, or to all lines under its
+// header. Any other is that of a line.
 constexpr Class of_the_file[] = {Class::utf16, Class::more_findings, Class::unnamed_group,
                                  Class::leftover_group};
 constexpr Class of_the_section[] = {
