@@ -27,7 +27,7 @@ void fill_entry(const Family& family, char* entry, int number) {
   }
 }
 
-/// Makes what refers to something else refer to what is there, so that the check has nothing to say.
+/// Makes what refers to something else refer to what is there, so the check has nothing to say.
 void mend_references() {
   for (int i = 0; i < job_count; ++i) {
     if (!events[i].keeps_shutdown) INI.job[i].Shutdown = 0;
