@@ -194,10 +194,14 @@ void check_permissions(const std::string& shown) {
   if ((mode & S_IWOTH) != 0 || (secret && (mode & S_IWGRP) != 0)) {
     const std::string folder = shown.empty() ? "./" : shown;
     const bool everybody = (mode & S_IWOTH) != 0;
+    const bool its_group = secret && (mode & S_IWGRP) != 0;
     // Of "/" nothing would be left.
-    add_finding(
-        Class::folder_writable, folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)), 1,
-        {.after = everybody ? "o-w" : "g-w", .other = everybody ? "everybody" : "its group"});
+    add_finding(Class::folder_writable,
+                folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)), 1,
+                {.after = !everybody  ? "g-w"
+                          : its_group ? "go-w"
+                                      : "o-w",
+                 .other = everybody ? "everybody" : "its group"});
   }
   std::vector<std::string> names{"ups_shut.scr"};
   for (const Source& source : sources) {

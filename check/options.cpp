@@ -42,7 +42,8 @@ int examine(const Options& options) {
   if (!checks && !options.places.empty()) {
     return refuse("\"" + options.places[0] + "\" is one word too many");
   }
-  const bool more = options.json || !options.as.empty() || options.places.size() > 1;
+  const bool more = options.json || options.strict || options.quiet || !options.as.empty() ||
+                    options.places.size() > 1;
   if (options.task == Task::ask && more) return refuse("--ask goes with a FOLDER only");
   if (!options.as.empty() && options.places.empty()) return refuse("--as needs a FILE");
   return 0;

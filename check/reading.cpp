@@ -29,8 +29,9 @@ Under under = Under::none;
 std::string why_wrong;        // the lines count for another section than they look
 std::size_t first_wrong = 0;  // the finding of the first such line since the last header
 int wrong_lines = 0;
-std::vector<Finding> repeated;  // keys since the last header that came before, not yet added
-int repeated_section = 0;
+std::size_t first_repeat = 0;  // the finding of the first key since then that came before
+int first_repeat_line = 0;
+int repeats = 0;
 int header_remark = 0;  // the line of one that no header has followed
 std::string remarked_header;
 int last_long_line = 0;  // that has a finding
@@ -73,23 +74,30 @@ std::string hint(std::string_view nearest) {
 
 // --- Lines under one header ----------------------------------------------------------------------
 
-/// The lines under a header end here. Many keys that came before tell of a header that is missing
-/// or stands there twice, so they have one finding, at the header of the section.
-void end_lines() {
-  constexpr std::size_t few = 2;
+/// The lines under another header begin.
+void begin_lines() {
   wrong_lines = 0;
-  if (repeated.empty()) return;
-  const int header = source->headers[static_cast<std::size_t>(repeated_section)];
-  if (repeated.size() <= few || header == 0) {
-    for (Finding& finding : repeated) add(finding.kind, finding.line, std::move(finding.facts));
-  } else {
-    const Facts& first = repeated.front().facts;
-    add(Class::keys_replaced, header,
-        {.section = first.section,
-         .before = std::to_string(repeated.size()),
-         .other = first.other + " to " + repeated.back().facts.other});
+  repeats = 0;
+}
+
+/// A key that came before, in the line `earlier`. Several under one header tell of a header that is
+/// missing or stands there twice, so they have one finding, at the header of the section.
+void add_repeated(const ReadPiece& piece, int earlier) {
+  const std::string section(section_name(piece));
+  const int header = source->headers[static_cast<std::size_t>(piece.section)];
+  if (header == 0 || ++repeats == 1) {
+    first_repeat = findings.size();
+    first_repeat_line = piece.number;
+    add(Class::key_twice, earlier,
+        {.section = section, .key = piece.field->key, .other = std::to_string(piece.number)});
+    return;
   }
-  repeated.clear();
+  findings[first_repeat] = {
+      Class::keys_replaced,
+      source->shown,
+      header,
+      {.section = section,
+       .other = format("%d lines from %d to %d", repeats, first_repeat_line, piece.number)}};
 }
 
 /// A value that is taken for another section than that of the header above it. All such values
@@ -113,16 +121,19 @@ void add_wrong(const ReadPiece& piece) {
 /// Whether kestrel.ini, which is read first, is no part of the run. It may leave a section open.
 bool follows_unknown_file() { return !source_of(main_file).checked; }
 
+/// A line that begins with "[", up to the "]".
+std::string header_in(std::string_view line) {
+  const std::size_t end = line.find(']');
+  return end == std::string_view::npos ? without_value(line) : std::string(line.substr(0, end + 1));
+}
+
 /// The lines that follow look as if they stood under this header, which opens no section for a
 /// `reason`. Returns what becomes of them.
 std::string begin_unknown(const ReadPiece& piece, std::string_view header, const char* reason) {
-  end_lines();
+  begin_lines();
   const char* const from = under == Under::none ? ", which is still open from the file before" : "";
   under = Under::unknown;
-  const std::size_t end = header.find(']');
-  const bool closed = end != std::string_view::npos;
-  why_wrong = closed ? std::string(header.substr(0, end + 1)) : without_value(header);
-  why_wrong += reason;
+  why_wrong = header_in(header) + reason;
   if (actual_section == 255 && follows_unknown_file())
     return "the lines after it count for the section that the file before leaves open, or for none";
   const std::string_view open = actual_section == 255 ? "" : section_name(piece);
@@ -182,7 +193,7 @@ bool is_too_high(std::string_view name, std::string_view prefix, int count) {
 // --- Headers -------------------------------------------------------------------------------------
 
 void check_opened(const ReadPiece& piece) {
-  end_lines();
+  begin_lines();
   const std::string_view name = section_name(piece);
   header_remark = 0;
   under = piece.continues ? Under::hidden : Under::known;
@@ -474,20 +485,14 @@ void check_value(const ReadPiece& piece) {
   if (under != Under::known || !piece.own_names) check_place(piece);
   const int key = key_number(*piece.family, *piece.field);
   int& counts = source->values[place_in_values(piece.section, key)];
-  if (counts != 0 && counts != piece.number) {
-    repeated_section = piece.section;
-    repeated.push_back({Class::key_twice,
-                        source->shown,
-                        counts,
-                        {.section = std::string(section_name(piece)),
-                         .key = piece.field->key,
-                         .other = std::to_string(piece.number)}});
-  }
+  if (counts != 0 && counts != piece.number) add_repeated(piece, counts);
   counts = piece.number;
   if (under == Under::unknown) return;  // what matters is the header
+  const bool is_text = piece.field->kind == Kind::text;
   if (begins_with_blank(piece))
-    add_value(Class::blank_before_quote, piece, piece.written, piece.value);
-  else if (piece.field->kind == Kind::text)
+    add_value(Class::blank_before_quote, piece, piece.written,
+              is_text ? piece.value : std::to_string(number_at(*piece.field, piece.entry)));
+  else if (is_text)
     check_text(piece, *piece.field);
   else
     check_number(piece, *piece.field);
@@ -524,7 +529,7 @@ void check_bytes(const ReadPiece& piece) {
 }
 
 void begin_file(Source& next) {
-  end_lines();
+  begin_lines();
   source = &next;
   under = Under::none;
   header_remark = 0;
@@ -547,7 +552,7 @@ bool check_mark(const ReadPiece& piece) {
   line.remove_prefix(mark.size());
   if (line.starts_with('[')) {
     add(Class::mark_before_header, 1,
-        {.before = std::string(line), .other = begin_unknown(piece, line, " has no effect")});
+        {.before = header_in(line), .other = begin_unknown(piece, line, " has no effect")});
     return true;
   }
   add(Class::byte_order_mark, 1);
@@ -592,11 +597,5 @@ void listen(int file, const ReadPiece& piece) {
 
 Listening::Listening() {
   source = nullptr;
-  repeated.clear();
   piece_listener = listen;
-}
-
-Listening::~Listening() {
-  end_lines();
-  piece_listener = nullptr;
 }

@@ -10,7 +10,7 @@
 class Listening {
  public:
   Listening();
-  ~Listening();
+  ~Listening() { piece_listener = nullptr; }
   Listening(const Listening&) = delete;
   Listening& operator=(const Listening&) = delete;
 };

@@ -13,7 +13,7 @@ bool is_hidden(std::string_view key) {
 }
 
 std::string without_value(std::string_view line) {
-  const std::size_t end = line.find_first_of("=: \t");
+  const std::size_t end = line.find_first_of("=: \t\"';,");
   const bool has_value = end != std::string_view::npos &&
                          line.find_first_not_of(" \t\r", end + 1) != std::string_view::npos;
   return has_value ? std::string(line.substr(0, end + 1)) + "..." : std::string(line);

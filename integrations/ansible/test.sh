@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Tests the Ansible role and the page docs/fleet.md, over local connections on folders. Alone, or
-# sourced by a script that calls `ansible_role`.
+# Tests the Ansible role and the page docs/fleet.md, over local connections on folders.
 #
 # ANSIBLE_ROUNDS in the environment is the number of random configurations, 3 by default.
 set -euo pipefail
@@ -383,6 +382,7 @@ YAML
   rm hosts/ups1/group_00.ini
   sed 's/Rack A/Rack B/' hosts/ups2/group_00.ini >hosts/ups2/group_01.ini
   section "Change and roll out"
+  grep -q '1 - .*System parameters' ../log || ansible_fail "The editor does not start"
   [[ -z $(git status --short) ]] || ansible_fail "Not all was committed: $(git status --short)"
   [[ ! -e ../ups1/opt/kestrel/group_00.ini && -e ../ups2/opt/kestrel/group_01.ini ]] ||
     ansible_fail "The groups did not come and go"
@@ -435,7 +435,8 @@ ansible_sections() {
     /^    / { print substr($0, 5) >script }' "$root/docs/fleet.md"
   # An empty folder is there already, with what the test needs.
   sed -i "s|^mkdir fleet|mkdir -p fleet|; s|/opt/kestrel/harrier-check|$root/build/release/harrier-check|
-    s|/usr/share/harrier/languages/|$root/languages/|g" sections/*
+    s|/usr/share/harrier/languages/|$root/languages/|g; s|/usr/sbin/harrier|sh $PWD/harrier|" sections/*
+  sed "s|/opt/kestrel|$root/build/release|" "$root/cmake/debian/harrier" >harrier
   [[ $(find sections -type f | wc -l) == 5 ]] || ansible_fail "The page has other sections"
 }
 
@@ -450,10 +451,10 @@ section() {
     *) part= ;;
   esac
   sed "$part" "$root_of_sections/$1" >"$root_of_sections/part"
-  bash -eu "$root_of_sections/part" >"$root_of_sections/../page/log" 2>&1 || {
+  bash -eu "$root_of_sections/part" </dev/null >"$root_of_sections/../page/log" 2>&1 || {
     [[ ${2-} == head ]] || cat "$root_of_sections/../page/log"
     return 1
   }
 }
 
-if [[ ${BASH_SOURCE[0]} == "$0" ]]; then ansible_role; fi
+ansible_role
