@@ -103,7 +103,7 @@ expect_programs() {
 # All files of the root but those of the service and of dpkg and rpm, which keep both versions of a
 # changed file.
 other_files() {
-  (cd "$root" && find . \( -path ./var -o -path ./root/.rpmdb -o -path ./opt/kestrel \
+  (cd "$root" && find . \( -path ./var -o -name .rpmdb -o -path ./opt/kestrel \
     -o -name '*.rpmnew' -o -name '*.rpmsave' \) -prune -o ! -type d -print | sort)
 }
 
