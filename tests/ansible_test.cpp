@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "check/secret.h"
 #include "config/families.h"
 #include "tests/folder.h"
 #include "tests/golden.h"
@@ -35,6 +36,20 @@ std::string family_rows(const Family& family, bool members) {
   rows += "      keys:\n";
   for (const Field& field : family.fields) rows += key_row(field, entry.data());
   return rows;
+}
+
+TEST(AnsibleRole, HidesWhatTheCheckHides) {
+  const std::string module =
+      read_file(source_dir() + "/integrations/ansible/roles/kestrel/library/kestrel_install.py");
+  const std::size_t start = module.find("SECRET_KEYS = (");
+  ASSERT_NE(start, std::string::npos);
+  const std::string keys = module.substr(start, module.find(')', start) - start);
+  for (const Family& family : families_of(main_file)) {
+    for (const Field& field : family.fields) {
+      const bool hidden = keys.find(std::string("\"") + field.key + "\"") != std::string::npos;
+      EXPECT_EQ(hidden, is_hidden(field.key)) << field.key;
+    }
+  }
 }
 
 TEST(AnsibleRole, KnowsTheFilesOfTheProgram) {
