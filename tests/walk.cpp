@@ -14,25 +14,43 @@ namespace {
 constexpr int screen_rows = 24;
 constexpr int widest_frame = 70;
 
+struct View {
+  std::string screen;
+  int arrow;
+  bool echo;
+  bool asks;
+  bool cursor_visible;
+  bool operator==(const View&) const = default;
+};
+
+/// A script may go on while we look, so this looks until two looks agree.
+View view_of(Operator& op) {
+  const auto look = [&] {
+    return View{op.screen(), op.arrow(), op.echo(), op.canonical(), op.cursor_visible()};
+  };
+  View view = look();
+  for (View next = look(); next != view; next = look()) view = std::move(next);
+  return view;
+}
+
 void expect_tidy(Operator& op) {
-  const std::string screen = op.screen();
-  const bool asks = op.canonical();
+  const View view = view_of(op);
   // A menu leaves the last column free. A question and the value above it may take several rows.
-  const int line_columns = op.arrow() == 0 ? op.cols() : op.cols() - 1;
+  const int line_columns = view.arrow == 0 ? op.cols() : op.cols() - 1;
   const int frame_columns = std::min(op.cols() - 1, widest_frame);
-  std::istringstream lines(screen);
+  std::istringstream lines(view.screen);
   int row = 0;
   for (std::string line; std::getline(lines, line); ++row) {
-    EXPECT_LE(columns(line), line_columns) << screen;
+    EXPECT_LE(columns(line), line_columns) << view.screen;
     const bool rule = !line.empty() && line.find_first_not_of('-') == std::string::npos;
     const bool framed = rule || line.starts_with("****");
-    EXPECT_TRUE(!framed || columns(line) == frame_columns) << screen;
+    EXPECT_TRUE(!framed || columns(line) == frame_columns) << view.screen;
   }
-  EXPECT_LE(row, screen_rows) << screen;
-  EXPECT_EQ(op.echo(), asks) << screen;
-  if (asks || op.arrow() != 0) {
-    EXPECT_EQ(op.cursor_visible(), asks) << screen;
-    EXPECT_EQ(op.arrow() == 0, asks) << screen;
+  EXPECT_LE(row, screen_rows) << view.screen;
+  EXPECT_EQ(view.echo, view.asks) << view.screen;
+  if (view.asks || view.arrow != 0) {
+    EXPECT_EQ(view.cursor_visible, view.asks) << view.screen;
+    EXPECT_EQ(view.arrow == 0, view.asks) << view.screen;
   }
 }
 
