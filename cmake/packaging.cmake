@@ -39,12 +39,11 @@ macro(packaged_pages component folder)
   packaged(${component} FILES README.md CHANGELOG.md ${debian}/copyright DESTINATION ${folder})
   packaged(${component} DIRECTORY docs DESTINATION ${folder})
   install(DIRECTORY integrations DESTINATION ${folder} COMPONENT ${component} EXCLUDE_FROM_ALL
-    PATTERN to_variables.py PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+    REGEX "/(to_variables\\.py|check\\.sh)$" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
       GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
     PATTERN "test*" EXCLUDE
     PATTERN random_values.py EXCLUDE
-    PATTERN __pycache__ EXCLUDE
-    PATTERN ".*" EXCLUDE)
+    PATTERN __pycache__ EXCLUDE)
 endmacro()
 packaged(package TARGETS ${programs} RUNTIME DESTINATION opt/kestrel)
 packaged(package FILES ${languages} DESTINATION etc/harrier)

@@ -133,6 +133,9 @@ test_kind() {
   "install_$kind" "build/packages/$name"
   expect_service "Installing $name"
   expect_programs $status
+  diff -r integrations/fleet "$root/usr/share/doc/harrier/integrations/fleet" ||
+    fail "$name: the beginning of a repository is not whole"
+  [[ -x $root/usr/share/doc/harrier/integrations/fleet/check.sh ]] || fail "$name: check.sh cannot be run"
 
   # The administrator edits a language file, and another program adds a section to one.
   sed -i 's/^String001=.*/String001="Edited"/' "$root/etc/harrier/lang_02.ini"

@@ -332,7 +332,6 @@ ansible_page() {
   export GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@localhost GIT_COMMITTER_NAME=A
   export GIT_COMMITTER_EMAIL=a@localhost GIT_CONFIG_NOSYSTEM=1
   unset ANSIBLE_ROLES_PATH
-  ln -s "$root" home/harrier
   ansible_sections
   root_of_sections=$PWD/sections
 
@@ -419,22 +418,14 @@ STATUS
   cd ../..
 }
 
-# Makes a shell script of each section of the page. A block with a name becomes its file.
+# Makes a shell script of each section of the page.
 ansible_sections() {
   mkdir sections
   awk '
     /^## / { script = "sections/" substr($0, 4); print "echo" >script; next }
-    /^```/ { fenced = !fenced; if (!fenced) print "PAGE" >script; first = fenced; held = ""; next }
-    fenced && first && /^#!/ { held = $0 "\n"; next }
-    fenced && first {
-      name = substr($0, 3); first = 0
-      printf "mkdir -p \"$(dirname %s)\"\ncat >%s <<\"PAGE\"\n%s", name, name, held >script
-    }
-    fenced { print >script; next }
     /^    .* ! grep / { print "if " substr($0, 5) "; then :; else exit 1; fi" >script; next }
     /^    / { print substr($0, 5) >script }' "$root/docs/fleet.md"
-  # An empty folder is there already, with what the test needs.
-  sed -i "s|^mkdir fleet|mkdir -p fleet|; s|/opt/kestrel/harrier-check|$root/build/release/harrier-check|
+  sed -i "s|/usr/share/doc/harrier/|$root/|; s|/opt/kestrel/harrier-check|$root/build/release/harrier-check|
     s|/usr/share/harrier/languages/|$root/languages/|g; s|/usr/sbin/harrier|sh $PWD/harrier|" sections/*
   sed "s|/opt/kestrel|$root/build/release|" "$root/cmake/debian/harrier" >harrier
   [[ $(find sections -type f | wc -l) == 5 ]] || ansible_fail "The page has other sections"
