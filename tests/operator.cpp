@@ -23,6 +23,8 @@
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 #ifdef __SANITIZE_ADDRESS__
 constexpr std::chrono::seconds patience(60);
 #else
@@ -201,10 +203,15 @@ void Operator::settle() {
 }
 
 void Operator::await(const std::function<bool()>& condition, const std::string& what) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) lose("Waited in vain for " + what);
+  // A virtual machine may stand still for minutes, so that a step of time says little.
+  constexpr std::chrono::milliseconds longest_step(100);
+  Clock::duration waited(0);
+  for (auto before = Clock::now(); !condition();) {
+    if (waited > patience) lose("Waited in vain for " + what);
     pump(1);
+    const auto now = Clock::now();
+    waited += std::min<Clock::duration>(now - before, longest_step);
+    before = now;
   }
 }
 
