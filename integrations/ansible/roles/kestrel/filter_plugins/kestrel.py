@@ -24,8 +24,14 @@ def section_names(family):
     return ["%s%02d" % (family["section"], i) for i in range(family["entries"])]
 
 
+def plain(value):
+    """Returns the text of a value that is encrypted on its own, other values as they are."""
+    return str(value) if getattr(value, "__ENCRYPTED__", False) else value
+
+
 def number_of(value):
     """Returns a number, None for what is none. Results of templates are texts."""
+    value = plain(value)
     if isinstance(value, bool):
         return int(value)
     if isinstance(value, int):
@@ -44,6 +50,7 @@ def value_fault(value, field):
         if not 0 <= number <= field["number"]:
             return "must be 0 to %d" % field["number"]
         return None
+    value = plain(value)
     if not isinstance(value, str):
         return "must be a text: put it between quotes"
     size = len(value.encode("utf-8", "surrogateescape"))
@@ -100,6 +107,18 @@ def kestrel_faults(config, form):
     return faults
 
 
+def kestrel_blanks(secrets, form):
+    """Returns the sections and keys of kestrel.ini that are in `secrets`, each with its value where
+    there is none."""
+    known = {name: row["keys"] for row in form["kestrel.ini"] for name in section_names(row)}
+    return [
+        {"section": section, "key": key, "blank": '""' if "text" in known[section][key] else "0"}
+        for section, values in secrets.items()
+        for key in values
+        if key in known.get(section, {})
+    ]
+
+
 def line_of(key, value, field):
     if "text" in field:
         return '%s="%s"' % (key, value or field.get("default", ""))
@@ -147,6 +166,7 @@ def kestrel_read(folder):
 class FilterModule:
     def filters(self):
         return {
+            "kestrel_blanks": kestrel_blanks,
             "kestrel_faults": kestrel_faults,
             "kestrel_read": kestrel_read,
             "kestrel_sections": kestrel_sections,

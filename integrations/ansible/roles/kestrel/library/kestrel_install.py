@@ -96,11 +96,11 @@ def with_secrets(data, secrets):
         key = text.split("=", 1)[0]
         if header or key not in secrets.get(section, {}):
             continue
-        value = str(secrets[section][key])
-        if re.search('["\n\0]', value):
-            raise Refusal("kestrel_secrets: %s.%s has a character that no value can hold"
-                          % (section, key))
-        value = '"%s"' % value if text.startswith('%s="' % key) else value
+        value = secrets[section][key]
+        if isinstance(value, bool):
+            value = int(value)
+        elif text.startswith('%s="' % key):
+            value = '"%s"' % value
         lines[i] = ("%s=%s" % (key, value)).encode("utf-8", "surrogateescape")
         missing.discard((section, key))
     if missing:
@@ -109,10 +109,10 @@ def with_secrets(data, secrets):
     return b"\n".join(lines)
 
 
-def without_secrets(data, other):
-    """Returns the text of a file to show, beside the bytes of the file that it is compared with. A
-    password that differs is shown as hidden in another way."""
-    values = secret_values(other)
+def without_secrets(data, before):
+    """Returns the text of a file to show. A password that is not in the bytes `before` is hidden in
+    another way."""
+    values = secret_values(before)
     shown = []
     for name, line in named_lines(data):
         if is_secret(name) and line.split("=", 1)[1] not in ('""', "0"):
@@ -234,7 +234,7 @@ class Change:
         shown = []
         if self.other_bytes():
             shown.append({
-                "before": without_secrets(self.old, self.new),
+                "before": without_secrets(self.old, self.old),
                 "after": without_secrets(self.new, self.old),
                 "before_header": self.entry if self.old is not None else "/dev/null",
                 "after_header": self.entry if self.new is not None else "/dev/null",
