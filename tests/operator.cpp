@@ -25,11 +25,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr std::chrono::seconds patience(60);
-#else
-constexpr std::chrono::seconds patience(10);
-#endif
+/// A save waits for the disk, which can be busy with the work of others.
+constexpr std::chrono::minutes patience(2);
 
 void check(bool done, const char* what) {
   if (!done) throw std::system_error(errno, std::generic_category(), what);

@@ -44,9 +44,9 @@ struct Options {
 /// keys, its output has come, and it waits or has ended. Never sleep in a case. A pause counts as
 /// waiting, so that its message can be read. `expect`, `choose` and `answer` wait for its end.
 ///
-/// What cannot be done, or does not come within 10 s (60 s with sanitizers), shows the screen and
-/// the last steps, and ends the case by an exception. A memory error that the program reports fails
-/// the case at its end.
+/// What cannot be done, or does not come within two minutes, shows the screen and the last steps,
+/// and ends the case by an exception. A memory error that the program reports fails the case at its
+/// end.
 ///
 /// The program runs in the foreground of a terminal session, so it can be stopped and continued.
 class Operator {
