@@ -43,7 +43,8 @@ macro(packaged_pages component folder)
       GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
     PATTERN "test*" EXCLUDE
     PATTERN random_values.py EXCLUDE
-    PATTERN __pycache__ EXCLUDE)
+    PATTERN __pycache__ EXCLUDE
+    PATTERN .ansible EXCLUDE)
 endmacro()
 packaged(package TARGETS ${programs} RUNTIME DESTINATION opt/kestrel)
 packaged(package FILES ${languages} DESTINATION etc/harrier)

@@ -200,7 +200,7 @@ void Operator::settle() {
 }
 
 void Operator::await(const std::function<bool()>& condition, const std::string& what) {
-  // A virtual machine may stand still for minutes, so that a step of time says little.
+  // A virtual machine may stand still for minutes, so a long step counts as a short one.
   constexpr std::chrono::milliseconds longest_step(100);
   Clock::duration waited(0);
   for (auto before = Clock::now(); !condition();) {

@@ -229,6 +229,7 @@ PYTHON
   cat >secrets.yml <<YAML
 kestrel_secrets:
   EmailConfig: { Password: "s3cret" }
+  UPS_00: { Password: true }
   UPS_01:
     Password: 762
     $(ansible-vault encrypt_string --name SNMPSetComm pr1vate)
@@ -237,7 +238,7 @@ YAML
   ! grep -q 's3cret\|pr1vate' log || ansible_fail "A password is shown"
   local others
   others=$(diff source/kestrel.ini kestrel/kestrel.ini | grep '^>' | tr '\n' ' ' || true)
-  [[ $others == '> Password="s3cret" > Password=762 > SNMPSetComm="pr1vate" ' ]] ||
+  [[ $others == '> Password="s3cret" > Password=1 > Password=762 > SNMPSetComm="pr1vate" ' ]] ||
     ansible_fail "Other passwords: $others"
   play same "${always[@]}" -e @secrets.yml
   sed -i 's/s3cret/ch4nged/' secrets.yml
@@ -361,6 +362,10 @@ YAML
   done
   sed -i 's/^Password=""/Password="s3cret"/' ups3/opt/kestrel/kestrel.ini
   echo 'kestrel_secrets: { EmailConfig: { Password: "s3cret" } }' >>fleet/host_vars/ups3.yml
+  # A damaged file.
+  mkdir damaged
+  sed 's/^\(Password=\)"s3cret"/\1"s3cret"\n; &\n[Other]\n&/' ups3/opt/kestrel/kestrel.ini >damaged/kestrel.ini
+  printf '[EmailConfig]\r\nPassword="s3cret"\r' >>damaged/kestrel.ini
   mkdir before && cp -r ups? before
 
   section "A repository"
@@ -370,6 +375,15 @@ YAML
       ansible_fail "$host was not fetched"
   done
   ! grep -r s3cret hosts || ansible_fail "A password was fetched"
+  ansible-playbook fetch.yml --limit ups3 -e "kestrel_dir=${PWD%/*}/damaged" \
+    -e "kestrel_folder=${PWD%/*}/fetched" >../log 2>&1 || ansible_fail "A damaged file was not fetched"
+  diff <(sed 's/"s3cret"/""/' ../damaged/kestrel.ini) ../fetched/kestrel.ini ||
+    ansible_fail "A password in a damaged file was fetched, or more than that is another"
+  ! compgen -G "$TMPDIR/kestrel.*" >/dev/null || ansible_fail "A temporary file remained"
+  ! ansible-playbook fetch.yml -e '{kestrel_secrets: {EmailConfig: {password: x}}}' >../log 2>&1 ||
+    ansible_fail "A slip in kestrel_secrets was not refused"
+  grep -q 'kestrel_secrets: EmailConfig.password is not known, did you mean Password' ../log ||
+    ansible_fail "The slip is not named"
   [[ $(git ls-files hosts | wc -l) == 18 ]] || ansible_fail "Other files: $(git ls-files hosts)"
   # Whoever clones the repository has the whole role and all tools.
   [[ -z $(git status --short --ignored) ]] || ansible_fail "$(git status --short --ignored)"
@@ -395,6 +409,10 @@ YAML
   git restore --source=HEAD hosts
   ! git commit -m Bad >../log 2>&1 || ansible_fail "The hook checks other files than a commit has"
   git reset -q
+  mkdir hosts/gone
+  cp tools/lang_00.ini hosts/gone
+  ./check.sh || ansible_fail "The check takes what is left of a host for a host"
+  rm -r hosts/gone
   sh -e ../job
 
   # Groups come and go as well.
@@ -418,7 +436,7 @@ YAML
   rm ../ups3/opt/kestrel/group_00.ini
   cp hosts/ups2/group_00.ini ../ups1/opt/kestrel
   ! (cd ../clone && section "See drift" head) || ansible_fail "The page sees no drift"
-  [[ $(grep -c 'changed=[1-9]' ../clone/build/drift) == 3 ]] || ansible_fail "The page sees other drift"
+  [[ $(grep -c 'changed=[1-9]' ../clone/drift.log) == 3 ]] || ansible_fail "The page sees other drift"
   grep -q '^-Location="Cellar"' ../log || ansible_fail "The page does not show the drift"
   section "See drift" tail
   diff - <(git status --short --no-renames hosts) <<'STATUS' || ansible_fail "The drift was not fetched"

@@ -3,7 +3,7 @@
 # host. Warnings count too. The findings go to the terminal, and as JSON to build/. As the hook before
 # a commit, it checks what would be committed.
 umask 077
-if ! [ -x tools/harrier-check ] || ! [ -d hosts ]; then
+if ! [ -x tools/harrier-check ] || ! [ -e inventory.yml ]; then
   echo "check.sh: call it in the folder of the repository" >&2
   exit 2
 fi
@@ -11,18 +11,22 @@ rm -rf build && mkdir build || exit
 hosts=hosts
 case $0 in
   *pre-commit)
-    git ls-files -z hosts | git checkout-index -z --stdin --prefix=build/added/ || exit
-    hosts=build/added/hosts
+    git ls-files -z hosts | git checkout-index -z --stdin --prefix=build/.added/ || exit
+    hosts=build/.added/hosts
     ;;
 esac
 status=0
 for folder in "$hosts"/*/; do
+  # Language files, which git does not see, may be left of a host that has gone.
+  find "$folder" ! -type d 2>/dev/null | grep -qv '/lang_..\.ini$' || continue
   host=$(basename "$folder")
   cp -r "$folder" "build/$host" && cp tools/lang_*.ini "build/$host" || exit
-  if ! tools/harrier-check --format=json --strict "build/$host" >"build/$host.json"; then
-    tools/harrier-check --quiet "build/$host" | sed 's|^build/|hosts/|'
+  tools/harrier-check --format=json --strict "build/$host" >"build/$host.json" 2>/dev/null
+  result=$?
+  sed -E -i 's#^("folder":"|\{"file":")build/#\1hosts/#' "build/$host.json"
+  if [ $result -ne 0 ]; then
+    tools/harrier-check --quiet "build/$host" 2>&1 | sed 's|build/|hosts/|'
     status=1
   fi
 done
-sed -E -i 's#^("folder":"|\{"file":")build/#\1hosts/#' build/*.json
 exit $status

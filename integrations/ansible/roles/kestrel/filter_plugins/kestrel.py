@@ -107,16 +107,22 @@ def kestrel_faults(config, form):
     return faults
 
 
+def kestrel_secret_faults(secrets, form):
+    """Returns what kestrel.ini cannot hold of kestrel_secrets, a sentence each."""
+    return list(file_faults("kestrel_secrets", secrets, form["kestrel.ini"]))
+
+
 def kestrel_blanks(secrets, form):
-    """Returns the sections and keys of kestrel.ini that are in `secrets`, each with its value where
-    there is none."""
-    known = {name: row["keys"] for row in form["kestrel.ini"] for name in section_names(row)}
-    return [
-        {"section": section, "key": key, "blank": '""' if "text" in known[section][key] else "0"}
-        for section, values in secrets.items()
-        for key in values
-        if key in known.get(section, {})
-    ]
+    """Returns all sections of kestrel.ini, each with the keys that `secrets` has there, and what is
+    written for no value."""
+    return {
+        name: {
+            key: '""' if "text" in row["keys"][key] else "0"
+            for key in (secrets or {}).get(name) or {}
+        }
+        for row in form["kestrel.ini"]
+        for name in section_names(row)
+    }
 
 
 def line_of(key, value, field):
@@ -169,5 +175,6 @@ class FilterModule:
             "kestrel_blanks": kestrel_blanks,
             "kestrel_faults": kestrel_faults,
             "kestrel_read": kestrel_read,
+            "kestrel_secret_faults": kestrel_secret_faults,
             "kestrel_sections": kestrel_sections,
         }

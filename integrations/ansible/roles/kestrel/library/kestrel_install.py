@@ -86,7 +86,7 @@ def with_secrets(data, secrets):
     """Returns kestrel.ini with the values of `secrets`. A save writes every key of a section, so a
     key that is missing is a slip."""
     lines = data.split(b"\n")
-    missing = {(section, key) for section, keys in secrets.items() for key in keys}
+    missing = {(section, key) for section, keys in secrets.items() for key in keys or {}}
     section = ""
     for i, line in enumerate(lines):
         text = line.decode("utf-8", "surrogateescape")
@@ -94,7 +94,7 @@ def with_secrets(data, secrets):
         if header:
             section = header.group(1)
         key = text.split("=", 1)[0]
-        if header or key not in secrets.get(section, {}):
+        if header or key not in (secrets.get(section) or {}):
             continue
         value = secrets[section][key]
         if isinstance(value, bool):
