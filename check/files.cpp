@@ -191,17 +191,15 @@ void check_permissions(const std::string& shown) {
   const std::optional<Secret> secret = find_secret();
   if (secret) check_secret(*secret);
   const mode_t mode = mode_of(program_path("."));
-  if ((mode & S_IWOTH) != 0 || (secret && (mode & S_IWGRP) != 0)) {
+  const bool by_everybody = (mode & S_IWOTH) != 0;
+  const bool by_group = secret && (mode & S_IWGRP) != 0;
+  if (by_everybody || by_group) {
     const std::string folder = shown.empty() ? "./" : shown;
-    const bool everybody = (mode & S_IWOTH) != 0;
-    const bool its_group = secret && (mode & S_IWGRP) != 0;
+    const std::string whom = std::string(by_group ? "g" : "") + (by_everybody ? "o" : "");
     // Of "/" nothing would be left.
     add_finding(Class::folder_writable,
                 folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)), 1,
-                {.after = !everybody  ? "g-w"
-                          : its_group ? "go-w"
-                                      : "o-w",
-                 .other = everybody ? "everybody" : "its group"});
+                {.after = whom + "-w", .other = by_everybody ? "everybody" : "its group"});
   }
   std::vector<std::string> names{"ups_shut.scr"};
   for (const Source& source : sources) {
